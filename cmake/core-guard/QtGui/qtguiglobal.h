@@ -1,0 +1,1 @@
+#error "The headless core must not use QtGui; move this code to the user-interface library."

@@ -1,0 +1,1 @@
+#error "The headless core must not use QtWebEngineWidgets; move this code to the user-interface library."

@@ -1,0 +1,8 @@
+#!/bin/sh
+# Installs what is missing, builds Vantrell and starts it, optionally on an address or file.
+set -eu
+top=$(cd "$(dirname "$0")/.." && pwd)
+"$top/scripts/install-deps.sh"
+cmake -S "$top" -B "$top/build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build "$top/build" --target vantrell
+exec "$top/build/src/vantrell" "$@"

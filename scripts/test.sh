@@ -1,0 +1,18 @@
+#!/bin/sh
+# Installs what is missing, builds everything with warnings as errors and runs every
+# test; then builds the headless core with the address and undefined-behaviour
+# sanitizers and runs its tests again.
+set -eu
+top=$(cd "$(dirname "$0")/.." && pwd)
+"$top/scripts/install-deps.sh"
+jobs=$(nproc 2>/dev/null || echo 2)
+
+cmake -S "$top" -B "$top/build-test" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTRELL_WERROR=ON >/dev/null
+cmake --build "$top/build-test" -j "$jobs"
+ctest --test-dir "$top/build-test" --output-on-failure -j "$jobs"
+
+cmake -S "$top" -B "$top/build-asan" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTRELL_WERROR=ON \
+    -DVANTRELL_CORE_ONLY=ON -DVANTRELL_SANITIZE=ON >/dev/null
+cmake --build "$top/build-asan" -j "$jobs"
+ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1 \
+    ctest --test-dir "$top/build-asan" --output-on-failure -j "$jobs" -L core

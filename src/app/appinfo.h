@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// Facts about this build and where its data lives.
+namespace AppInfo {
+
+QString applicationTitle();    // "Vantrell"
+QString versionString();       // major.minor.revision, e.g. 1.0.0
+QString frameCaption();        // "Vantrell 1.0"
+const QStringList &monthNames(); // "Jan" … "Dec"
+
+// The folder of the user's data: documents folder + "/VantrellData-" + version,
+// or the whole path from VANTRELL_DATA_DIR when that is set.
+QString dataFolderPath();
+// Creates the data folder (every start does this); returns false when it cannot.
+bool ensureDataFolder(const QString &path);
+
+// The folder of the running executable; empty before the application object exists.
+QString programFolder();
+
+} // namespace AppInfo

@@ -1,0 +1,22 @@
+#include "toolcontext.h"
+
+int ToolContext::fail(Exit code, const QString &message) const
+{
+    err << "vantrell-tool: " << message << Qt::endl;
+    return code;
+}
+
+bool ToolContext::takeOption(const QString &name, QString *value)
+{
+    const qsizetype at = arguments.indexOf(name);
+    if (at < 0 || at + 1 >= arguments.size())
+        return false;
+    *value = arguments.at(at + 1);
+    arguments.remove(at, 2);
+    return true;
+}
+
+bool ToolContext::takeFlag(const QString &name)
+{
+    return arguments.removeAll(name) > 0;
+}

@@ -1,0 +1,130 @@
+#include "recordcodec.h"
+
+#include <QStringDecoder>
+#include <QtEndian>
+
+#include <cstring>
+
+namespace RecordCodec {
+
+QByteArray encodeText(const QString &text, int width)
+{
+    QByteArray bytes = text.toUtf8();
+    if (bytes.size() > width) {
+        int cut = width;
+        // Step back over continuation bytes so that no character is split.
+        while (cut > 0 && (static_cast<quint8>(bytes.at(cut)) & 0xC0) == 0x80)
+            --cut;
+        bytes.truncate(cut);
+    }
+    if (bytes.size() < width)
+        bytes.append(width - bytes.size(), ' ');
+    return bytes;
+}
+
+bool isValidUtf8(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = decoder.decode(bytes);
+    Q_UNUSED(decoded);
+    return !decoder.hasError();
+}
+
+QString decodeWindows1252(const QByteArray &bytes)
+{
+    // 0x80..0x9F are the only bytes where Windows-1252 differs from Latin-1.
+    static const char16_t high[32] = {
+        0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    QString out;
+    out.reserve(bytes.size());
+    for (const char c : bytes) {
+        const auto b = static_cast<quint8>(c);
+        out.append(b >= 0x80 && b < 0xA0 ? QChar(high[b - 0x80]) : QChar(char16_t(b)));
+    }
+    return out;
+}
+
+QString trimBlanks(const QString &text)
+{
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && text.at(begin) == u' ')
+        ++begin;
+    while (end > begin && text.at(end - 1) == u' ')
+        --end;
+    return text.mid(begin, end - begin);
+}
+
+QString decodeText(const QByteArray &field, Trim trim)
+{
+    qsizetype used = field.size();
+    while (used > 0 && field.at(used - 1) == '\0')
+        --used;
+    const QByteArray bytes = field.left(used);
+    const QString text = isValidUtf8(bytes) ? QString::fromUtf8(bytes) : decodeWindows1252(bytes);
+    return trim == Trim::Blanks ? trimBlanks(text) : text;
+}
+
+} // namespace RecordCodec
+
+RecordWriter::RecordWriter(int length) : m_bytes(length, '\0') { }
+
+void RecordWriter::putInt16(int offset, qint16 value)
+{
+    qToLittleEndian(value, m_bytes.data() + offset);
+}
+
+void RecordWriter::putInt32(int offset, qint32 value)
+{
+    qToLittleEndian(value, m_bytes.data() + offset);
+}
+
+void RecordWriter::putDouble(int offset, double value)
+{
+    quint64 raw;
+    std::memcpy(&raw, &value, sizeof raw);
+    qToLittleEndian(raw, m_bytes.data() + offset);
+}
+
+void RecordWriter::putText(int offset, int width, const QString &text)
+{
+    const QByteArray field = RecordCodec::encodeText(text, width);
+    std::memcpy(m_bytes.data() + offset, field.constData(), width);
+}
+
+RecordReader::RecordReader(QByteArray record, int length) : m_bytes(std::move(record))
+{
+    if (m_bytes.size() < length)
+        m_bytes.append(length - m_bytes.size(), '\0');
+}
+
+qint16 RecordReader::int16(int offset) const
+{
+    return qFromLittleEndian<qint16>(m_bytes.constData() + offset);
+}
+
+qint32 RecordReader::int32(int offset) const
+{
+    return qFromLittleEndian<qint32>(m_bytes.constData() + offset);
+}
+
+double RecordReader::float64(int offset) const
+{
+    const auto raw = qFromLittleEndian<quint64>(m_bytes.constData() + offset);
+    double value;
+    std::memcpy(&value, &raw, sizeof value);
+    return value;
+}
+
+QString RecordReader::text(int offset, int width, RecordCodec::Trim trim) const
+{
+    return RecordCodec::decodeText(m_bytes.mid(offset, width), trim);
+}
+
+quint8 RecordReader::byteAt(int offset) const
+{
+    return static_cast<quint8>(m_bytes.at(offset));
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// Fixed-size little-endian records as every data file of the program stores them.
+// Text fields hold UTF-8 bytes padded with blanks to their byte width; a value that
+// is too long is cut at a character boundary, never inside a character.
+namespace RecordCodec {
+
+enum class Trim { None, Blanks };
+
+// Encodes text into exactly `width` bytes.
+QByteArray encodeText(const QString &text, int width);
+// Decodes a field: UTF-8 when the bytes are valid UTF-8, otherwise Windows-1252
+// (files written by the Windows program). Trailing NUL bytes count as padding.
+QString decodeText(const QByteArray &field, Trim trim);
+// Windows-1252 decoding of arbitrary bytes.
+QString decodeWindows1252(const QByteArray &bytes);
+bool isValidUtf8(const QByteArray &bytes);
+// Blanks (0x20 only) removed on both sides, as the record files trim.
+QString trimBlanks(const QString &text);
+
+} // namespace RecordCodec
+
+// Builds one record of a fixed length, zero-filled until written.
+class RecordWriter final
+{
+public:
+    explicit RecordWriter(int length);
+
+    void putInt16(int offset, qint16 value);
+    void putInt32(int offset, qint32 value);
+    void putDouble(int offset, double value);
+    void putText(int offset, int width, const QString &text);
+
+    const QByteArray &bytes() const { return m_bytes; }
+
+private:
+    QByteArray m_bytes;
+};
+
+// Reads fields out of one record; reads beyond a short record yield zero bytes.
+class RecordReader final
+{
+public:
+    explicit RecordReader(QByteArray record, int length);
+
+    qint16 int16(int offset) const;
+    qint32 int32(int offset) const;
+    double float64(int offset) const;
+    QString text(int offset, int width, RecordCodec::Trim trim) const;
+    quint8 byteAt(int offset) const;
+
+private:
+    QByteArray m_bytes;
+};

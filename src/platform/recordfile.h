@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+// Whole-file access to fixed-length record files. Every rewrite is atomic; a file
+// that cannot hold whole records is moved aside, never deleted.
+namespace RecordFile {
+
+struct ReadResult
+{
+    QList<QByteArray> records;
+    // Set when the file was not a whole number of records and was moved aside.
+    QString movedAsidePath;
+    // Set when the file could not be opened or read.
+    QString error;
+
+    bool ok() const { return error.isEmpty(); }
+};
+
+enum class Missing { CreateEmpty, LeaveAbsent };
+
+ReadResult readAll(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
+
+// Writes the records in order, replacing the file atomically. Returns false and
+// sets *error when the file could not be written; the old file then stays.
+bool writeAll(const QString &path, const QList<QByteArray> &records, QString *error = nullptr);
+
+// Atomically replaces the file with the given bytes.
+bool writeBytes(const QString &path, const QByteArray &bytes, QString *error = nullptr);
+
+// Renames the file to NAME.bad-YYYYMMDD-hhmmss beside it and returns the new path,
+// or an empty string when it could not be moved.
+QString moveAside(const QString &path);
+
+} // namespace RecordFile

@@ -1,0 +1,6 @@
+list(APPEND VANTRELL_CORE_SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/recordcodec.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/recordfile.cpp
+)
+list(APPEND VANTRELL_UI_SOURCES
+)

@@ -1,0 +1,3 @@
+list(APPEND VANTRELL_CORE_SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/prefer.cpp
+)
