@@ -1,4 +1,2 @@
-list(APPEND VANTRELL_CORE_SOURCES
-)
-list(APPEND VANTRELL_UI_SOURCES
-)
+include(${CMAKE_CURRENT_LIST_DIR}/archive.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/collections.cmake)

@@ -1,0 +1,3 @@
+# Feed parsing and the generated feed page (headless).
+list(APPEND VANTRELL_CORE_SOURCES
+)

@@ -1,0 +1,3 @@
+# Bookmark archive and web layouts.
+list(APPEND VANTRELL_CORE_SOURCES
+)

@@ -1,0 +1,1 @@
+# Tests of the user-interface text table.

@@ -1,0 +1,1 @@
+# Tests of feed parsing and the feed page.

@@ -1,0 +1,1 @@
+# Tests of the bookmark archive and web layouts.

@@ -1,0 +1,1 @@
+# Tests of history entries and the sorted unique string collection.
