@@ -58,3 +58,12 @@ QString programFolder()
 }
 
 } // namespace AppInfo
+
+namespace AppInfo {
+
+QString dataFile(const QString &name)
+{
+    return dataFolderPath() + u'/' + name;
+}
+
+} // namespace AppInfo

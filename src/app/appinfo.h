@@ -14,6 +14,8 @@ const QStringList &monthNames(); // "Jan" … "Dec"
 // The folder of the user's data: documents folder + "/VantrellData-" + version,
 // or the whole path from VANTRELL_DATA_DIR when that is set.
 QString dataFolderPath();
+// A file of the data folder.
+QString dataFile(const QString &name);
 // Creates the data folder (every start does this); returns false when it cannot.
 bool ensureDataFolder(const QString &path);
 

@@ -12,3 +12,10 @@ list(APPEND VANTRELL_TOOL_SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/tool/layoutscommand.cpp
     ${CMAKE_CURRENT_LIST_DIR}/tool/feedcommand.cpp
 )
+list(APPEND VANTRELL_CORE_SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/singleinstance.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/quitsignals.cpp
+)
+list(APPEND VANTRELL_UI_SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/appinit.cpp
+)

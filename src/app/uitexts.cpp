@@ -3,6 +3,13 @@
 #include <QFile>
 #include <QLocale>
 
+// The text tables are compiled into a static library; nothing else refers to them,
+// so they are registered explicitly before the first read.
+static void initTextResources()
+{
+    Q_INIT_RESOURCE(texts);
+}
+
 namespace {
 QHash<int, QString> &current()
 {
@@ -72,6 +79,7 @@ QHash<int, QString> UiTexts::parse(const QByteArray &tsv)
 
 QHash<int, QString> UiTexts::table(Language language)
 {
+    initTextResources();
     QFile file(language == Language::German ? QStringLiteral(":/texts/de.tsv")
                                             : QStringLiteral(":/texts/en.tsv"));
     if (!file.open(QIODevice::ReadOnly))

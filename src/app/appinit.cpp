@@ -1,0 +1,145 @@
+#include "appinit.h"
+
+#include "app/appinfo.h"
+#include "app/commandline.h"
+#include "app/quitsignals.h"
+#include "app/singleinstance.h"
+#include "app/uitexts.h"
+#include "browser/feedmark.h"
+#include "browser/frmbrowser.h"
+#include "frame/mdiform1.h"
+#include "frame/tabstrip.h"
+#include "frame/twips.h"
+#include "platform/downloads.h"
+#include "platform/webenginesetup.h"
+#include "prefs/prefer.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QSessionManager>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace {
+
+// Relative paths of existing files become absolute, so that a running instance in
+// another folder finds them.
+QStringList commandLineArguments(const QStringList &raw)
+{
+    QStringList arguments;
+    for (const QString &argument : raw) {
+        const QFileInfo file(argument);
+        arguments.append(!argument.contains(u':') && file.exists() && file.isRelative()
+                ? file.absoluteFilePath()
+                : argument);
+    }
+    return arguments;
+}
+
+void applyPreferences(MDIForm1 &frame)
+{
+    const Prefer &p = prefer();
+    frame.statusBar()->setVisible(p.StatusBar() != 0);
+    frame.AddressBarDefault = p.Adresszeile() != 0;
+    frame.ToolbarDefault = p.Toolbar() != 0;
+    frame.policy.AllowOpenWin = p.AllowOpenWin() != 0;
+    frame.policy.AllowResizeWin = p.AllowResizeWin() != 0;
+    frame.policy.AllowWinInBack = p.AllowWinInBack() != 0;
+    frame.policy.AllowWinRef = p.AllowWinRef() != 0;
+}
+
+void runStartOption(MDIForm1 &frame)
+{
+    const qint16 option = prefer().LoadOption();
+    if (option == 3)
+        frame.setStatusText(uiText(2046).arg(prefer().Group().trimmed()));
+    else if (option == 2)
+        frame.setStatusText(uiText(2046).arg(prefer().Layout().trimmed()));
+}
+
+} // namespace
+
+namespace AppInit {
+
+int Main(int argc, char *argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    WebEngineSetup::registerSchemes();
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Vantrell"));
+    QApplication::setDesktopFileName(QStringLiteral("vantrell"));
+
+    // Data folder, created on every start.
+    const QString dataFolder = AppInfo::dataFolderPath();
+    AppInfo::ensureDataFolder(dataFolder);
+    UiTexts::load(UiTexts::languageForLocale());
+
+    const QStringList arguments = commandLineArguments(app.arguments().mid(1));
+    const QString rawLine = CommandLine::rawLine(arguments);
+    const int markers = CommandLine::markerSum(rawLine, arguments);
+
+    SingleInstance instance(dataFolder);
+    const SingleInstance::Role role = instance.start();
+    if (role == SingleInstance::Role::Second) {
+        // Only a page or file is handed over; otherwise the running one just comes forward.
+        return instance.handOver(markers >= 1 ? rawLine : QString()) ? 0 : 1;
+    }
+    if (role == SingleInstance::Role::Failed) {
+        QMessageBox::critical(nullptr, uiText(1113), uiText(2055));
+        return 1;
+    }
+
+    const QString prefPath = AppInfo::dataFile(QStringLiteral("Pref.vtp"));
+    const Prefer::LoadResult loaded = prefer().LoadPref(prefPath);
+    if (loaded == Prefer::LoadResult::OldFormat) {
+        QMessageBox::critical(nullptr, uiText(1113), uiText(1141) + QStringLiteral(" \"") + dataFolder + u'"');
+        return 1;
+    }
+
+    WebEngineSetup::profile(dataFolder);
+    MDIForm1 frame;
+    frame.setWindowTitle(AppInfo::frameCaption());
+    applyPreferences(frame);
+    auto *downloads = new Downloads(WebEngineSetup::profile(), &frame);
+    QObject::connect(downloads, &Downloads::statusText, &frame, &MDIForm1::setStatusText);
+    QObject::connect(&instance, &SingleInstance::commandLineReceived, &frame, &MDIForm1::handleHandOver);
+
+    frame.resize(Twips::toPixels(prefer().MdiWidth(), &frame), Twips::toPixels(prefer().MdiHeight(), &frame));
+    if (prefer().MdiState() == 2)
+        frame.setWindowState(Qt::WindowMaximized);
+    frame.SetTabAlign(prefer().TabAlign());
+    frame.SetTabButton(prefer().TabButton() != 0);
+
+    // The first window: the command line's address, the start page, or the start
+    // page rendered as a feed.
+    if (prefer().StartBrowser() > 0 || prefer().StartBrowser() == -1 || !rawLine.isEmpty()) {
+        const QString address = CommandLine::addressToOpen(rawLine);
+        frmBrowser *first = nullptr;
+        if (rawLine.isEmpty() && !FeedMark::isFeedStartPageTitle(prefer().HomeTitle())) {
+            first = frame.OpenNewBrowser(prefer().HomeUrl().trimmed());
+        } else {
+            frame.PendingAddress = address;
+            first = frame.NewBrowser();
+            frame.PendingAddress.clear();
+        }
+        if (first && first->parentWidget())
+            first->parentWidget()->showMaximized();
+    }
+    frame.show();
+
+    if (loaded == Prefer::LoadResult::ReplacedInvalid)
+        frame.setStatusText(uiText(2000).arg(prefPath, prefer().movedAsidePath()));
+    runStartOption(frame);
+
+    // The system asking the program to quit closes it as the user would.
+    QuitSignals quit;
+    QObject::connect(&quit, &QuitSignals::quitRequested, &frame, &MDIForm1::close);
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, &frame, [&frame](QSessionManager &) { frame.Unload(); });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &frame, &MDIForm1::Unload);
+    return app.exec();
+}
+
+} // namespace AppInit

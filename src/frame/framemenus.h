@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+
+class MDIForm1;
+class QAction;
+class QMenu;
+class frmBrowser;
+
+// The frame's menus and their context-menu copies. Check marks and enabled states
+// are derived from the frame's state, so every copy of an entry always agrees.
+class FrameMenus final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FrameMenus(MDIForm1 *frame);
+
+    QAction *action(const QString &name) const { return m_actions.value(name); }
+    QStringList copiesOf(const QString &name) const { return m_copies.value(name); }
+    void syncChecks();
+    void syncEnabled();
+    void showTabContextMenu(const QPoint &globalPos);
+    QMenu *contextMenu() const { return m_ctxtT; }
+
+    static const QList<int> &zoomSteps();
+
+private:
+    using Handler = std::function<void()>;
+    QAction *add(QMenu *menu, const QString &name, int textId, Handler handler, bool checkable = false);
+    QAction *addCopy(QMenu *menu, const QString &copyName, const QString &original);
+    void withActive(const std::function<void(frmBrowser *)> &command) const;
+    void buildFileMenu();
+    void buildToolsMenu();
+    void buildViewMenu();
+    void buildWindowMenu();
+    void buildActionsMenu();
+    void buildContextMenus();
+    void buildShortcuts();
+    void refreshWindowList();
+
+    MDIForm1 *m_frame;
+    QHash<QString, QAction *> m_actions;
+    QHash<QString, QStringList> m_copies;
+    QMenu *m_windowMenu = nullptr;
+    QMenu *m_ctxt = nullptr;
+    QMenu *m_ctxtT = nullptr;
+    QList<QAction *> m_windowList;
+};

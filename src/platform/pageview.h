@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QRect>
+#include <QUrl>
+#include <QVariant>
+#include <QWidget>
+
+#include <functional>
+
+class QPrinter;
+class QWebEngineView;
+class WebPage;
+
+// One page of the engine as the rest of the program sees it: navigation, title,
+// zoom, find, printing, small DOM queries, and the page's own requests (new windows,
+// closing, resizing, permissions, certificate errors, full screen).
+class PageView final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Permission { Location, Notifications, Camera, Microphone, CameraAndMicrophone, Other };
+
+    struct NewWindowRequest
+    {
+        QUrl url;
+        QRect geometry;
+        bool userInitiated = false;
+    };
+    // Returns the view that takes the new page, or nullptr to refuse it. When
+    // *keepOpener is left true the new page keeps its reference to the opener.
+    using NewWindowHandler = std::function<PageView *(const NewWindowRequest &, bool *keepOpener)>;
+
+    explicit PageView(QWidget *parent = nullptr);
+    ~PageView() override;
+
+    void setNewWindowHandler(NewWindowHandler handler) { m_newWindowHandler = std::move(handler); }
+
+    void load(const QUrl &url);
+    void setHtml(const QString &html, const QUrl &baseUrl);
+    // Shows generated HTML of any size with the given base address; the engine's
+    // data-URL limit does not apply.
+    void showGeneratedPage(const QByteArray &html);
+    void back();
+    void forward();
+    void stop();
+    void reload();
+
+    QUrl url() const;
+    QString title() const;
+    bool isLoading() const { return m_loading; }
+    bool canGoBack() const;
+    bool canGoForward() const;
+
+    void setZoomPercent(int percent);
+    int zoomPercent() const;
+    // 0 (smallest) … 4 (largest); 2 is the normal size.
+    void setTextSize(int step);
+
+    void runScript(const QString &script, const std::function<void(const QVariant &)> &result);
+    // Finds text; the callback gets the active match (from 1) and the number of matches.
+    void findText(const QString &text, bool backward, const std::function<void(int, int)> &result);
+    void clearFind();
+
+    void savePage(const QString &path);
+    void print(QPrinter *printer, const std::function<void(bool)> &done);
+
+    void answerPermission(const QUrl &origin, Permission permission, bool granted);
+
+    QWidget *focusWidget() const;
+
+signals:
+    void loadStarted();
+    void loadFinished(bool ok);
+    void urlChanged(const QUrl &url);
+    void titleChanged(const QString &title);
+    void linkHovered(const QString &url);
+    void navigationRequested(const QUrl &url, bool mainFrame);
+    void closeRequested();
+    void resizeRequested(const QSize &size);
+    void permissionRequested(const QUrl &origin, PageView::Permission permission);
+    void certificateRejected(const QUrl &url, const QString &description);
+    void fullScreenRequested(bool on);
+
+private:
+    void attachPage();
+
+    QWebEngineView *m_view = nullptr;
+    WebPage *m_page = nullptr;
+    NewWindowHandler m_newWindowHandler;
+    bool m_loading = false;
+    int m_zoomPercent = 100;
+    int m_textStep = 2;
+    std::function<void(bool)> m_printDone;
+};

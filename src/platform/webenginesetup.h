@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+class QWebEngineProfile;
+
+// The engine's process-wide set-up: the program's own URL scheme, registered before
+// the application object exists, and the one profile every page shares.
+namespace WebEngineSetup {
+
+// Must run before QApplication is constructed.
+void registerSchemes();
+// The shared profile, storing cookies and cache under the data folder.
+QWebEngineProfile *profile(const QString &dataFolder);
+QWebEngineProfile *profile();
+
+// The program's own scheme: vantrell://welcome/ is the start page that ships with it.
+QString schemeName();
+
+} // namespace WebEngineSetup

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QWebEnginePage>
+
+// The engine page with the program's answers to the page's own requests.
+class WebPage final : public QWebEnginePage
+{
+    Q_OBJECT
+
+public:
+    explicit WebPage(QWebEngineProfile *profile, QObject *parent = nullptr);
+
+signals:
+    void navigationAboutToStart(const QUrl &url, bool mainFrame);
+
+protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString &, int,
+        const QString &) override { }
+};
