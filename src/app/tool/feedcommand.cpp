@@ -17,8 +17,8 @@ int renderFeed(ToolContext &context)
     QString linkText = FeedPage::defaultLinkText();
     context.takeOption(QStringLiteral("--link-text"), &linkText);
     if (context.arguments.size() != 1)
-        return context.fail(
-            ToolContext::UsageError, QStringLiteral("usage: feed render SOURCE [--link-text TEXT]"));
+        return context.fail(ToolContext::UsageError,
+            QStringLiteral("usage: feed render SOURCE [--link-text TEXT]"));
     const QString source = context.arguments.constFirst();
 
     QUrl url(source);
