@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMetaType>
 #include <QString>
 
 // One entry of a feed as the feed page shows it.
@@ -33,6 +34,7 @@ struct FeedError
     QString reason;
     int line = 0;
 };
+Q_DECLARE_METATYPE(FeedError)
 
 // What reading a feed gives: a feed, a well-formed document of another kind, or an error.
 struct FeedParseResult
