@@ -54,7 +54,11 @@ MDIForm1::MDIForm1(QWidget *parent) : QMainWindow(parent)
     setAcceptDrops(true);
 }
 
-MDIForm1::~MDIForm1() = default;
+MDIForm1::~MDIForm1()
+{
+    // The windows die with the frame; their registry entries need no upkeep then.
+    m_destroying = true;
+}
 
 void MDIForm1::layoutTabStrip()
 {

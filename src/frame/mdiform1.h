@@ -119,5 +119,6 @@ private:
     QList<HistoryItem> m_history;
     bool m_unloaded = false;
     bool m_closingPopups = false;
+    bool m_destroying = false;
     Qt::WindowStates m_stateBeforeFullScreen;
 };

@@ -44,7 +44,10 @@ frmBrowser *MDIForm1::CreateBrowser(const QString &kind)
 void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
 {
     const int number = window->ID;
-    connect(window, &QObject::destroyed, this, [this, number] { RemoveTab(number); });
+    connect(window, &QObject::destroyed, this, [this, number] {
+        if (!m_destroying)
+            RemoveTab(number);
+    });
     connect(window, &frmBrowser::tabRefreshRequested, this, [this, window, sub] {
         sub->setWindowTitle(window->Caption());
         UpdateTab(window->Caption(), window->ID);
