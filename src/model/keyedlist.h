@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+// An ordered collection whose items can also be found by a string key, as the archive
+// keeps its folders and bookmarks: insertion order is the order of the files, the key
+// is how the rest of the program names an item. Items live on the heap, so a reference
+// to one stays valid while others are added or removed.
+template<typename T> class KeyedList final
+{
+public:
+    KeyedList() = default;
+    KeyedList(KeyedList &&) noexcept = default;
+    KeyedList &operator=(KeyedList &&) noexcept = default;
+
+    qsizetype count() const { return qsizetype(m_items.size()); }
+    bool isEmpty() const { return m_items.empty(); }
+
+    T &at(qsizetype index) { return *m_items.at(size_t(index)).item; }
+    const T &at(qsizetype index) const { return *m_items.at(size_t(index)).item; }
+    const QString &keyAt(qsizetype index) const { return m_items.at(size_t(index)).key; }
+
+    bool contains(const QString &key) const { return m_index.contains(key); }
+    qsizetype indexOf(const QString &key) const { return m_index.value(key, -1); }
+    T *find(const QString &key)
+    {
+        const qsizetype index = indexOf(key);
+        return index < 0 ? nullptr : &at(index);
+    }
+
+    // Appends under a key that is not in use yet; returns nullptr when it is.
+    T *add(const QString &key, T item) { return insert(count(), key, std::move(item)); }
+
+    // Inserts before `index` (0 puts the item first, count() appends).
+    T *insert(qsizetype index, const QString &key, T item)
+    {
+        if (m_index.contains(key))
+            return nullptr;
+        index = std::clamp<qsizetype>(index, 0, count());
+        m_items.insert(m_items.begin() + index, Entry {key, std::make_unique<T>(std::move(item))});
+        if (index == count() - 1)
+            m_index.insert(key, index);
+        else
+            reindexFrom(index);
+        return m_items.at(size_t(index)).item.get();
+    }
+
+    void removeAt(qsizetype index)
+    {
+        m_index.remove(m_items.at(size_t(index)).key);
+        m_items.erase(m_items.begin() + index);
+        reindexFrom(index);
+    }
+
+    bool remove(const QString &key)
+    {
+        const qsizetype index = indexOf(key);
+        if (index < 0)
+            return false;
+        removeAt(index);
+        return true;
+    }
+
+    void clear()
+    {
+        m_items.clear();
+        m_index.clear();
+    }
+
+    // Reorders the items stably by a "less than" on the items.
+    template<typename Less> void sortBy(Less less)
+    {
+        std::stable_sort(m_items.begin(), m_items.end(),
+            [&less](const Entry &a, const Entry &b) { return less(*a.item, *b.item); });
+        reindexFrom(0);
+    }
+
+    void reserve(qsizetype size)
+    {
+        m_items.reserve(size_t(size));
+        m_index.reserve(size);
+    }
+
+private:
+    struct Entry
+    {
+        QString key;
+        std::unique_ptr<T> item;
+    };
+
+    void reindexFrom(qsizetype from)
+    {
+        for (qsizetype i = from; i < count(); ++i)
+            m_index.insert(m_items[size_t(i)].key, i);
+    }
+
+    std::vector<Entry> m_items;
+    QHash<QString, qsizetype> m_index;
+};

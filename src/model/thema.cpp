@@ -1,0 +1,156 @@
+#include "thema.h"
+
+#include "platform/recordcodec.h"
+#include "platform/recordfile.h"
+
+#include <QFile>
+
+using RecordCodec::Trim;
+
+namespace {
+// Folder file record: number, title, address, description, two flags.
+constexpr int NrAt = 0;
+constexpr int TitelAt = 2, TitelWidth = 255;
+constexpr int UrlAt = 257, UrlWidth = 2083;
+constexpr int InfoAt = 2340, InfoWidth = 1024;
+constexpr int AdresszeileAt = 3364;
+constexpr int ToolbarAt = 3366;
+} // namespace
+
+Thema::Thema(QString dataFolder)
+    : m_dataFolder(std::move(dataFolder))
+{ }
+
+void Thema::setDirName(const QString &name)
+{
+    m_dirName = name;
+    IsEdit = true;
+}
+
+QString Thema::bookmarkKey(qint16 bookmarkNr) const
+{
+    return bookmarkKey(Nr, bookmarkNr);
+}
+
+QString Thema::bookmarkKey(qint16 folderNr, qint16 bookmarkNr)
+{
+    return u'>' + QString::number(folderNr) + u'|' + QString::number(bookmarkNr);
+}
+
+QString Thema::filePath() const
+{
+    return ArchiveFiles::pathInFolder(m_dataFolder, RecordCodec::trimBlanks(FileName));
+}
+
+QByteArray Thema::encodeRecord(const Bookmark &bookmark, qint16 number)
+{
+    RecordWriter writer(RecordLength);
+    writer.putInt16(NrAt, number);
+    writer.putText(TitelAt, TitelWidth, bookmark.Titel);
+    writer.putText(UrlAt, UrlWidth, bookmark.URL);
+    writer.putText(InfoAt, InfoWidth, bookmark.Info);
+    writer.putInt16(AdresszeileAt, bookmark.Adresszeile);
+    writer.putInt16(ToolbarAt, bookmark.Toolbar);
+    return writer.bytes();
+}
+
+Bookmark Thema::decodeRecord(const QByteArray &record)
+{
+    const RecordReader reader(record, RecordLength);
+    Bookmark bookmark;
+    bookmark.Nr = reader.int16(NrAt);
+    bookmark.Titel = reader.text(TitelAt, TitelWidth, Trim::Blanks);
+    bookmark.URL = reader.text(UrlAt, UrlWidth, Trim::Blanks);
+    // A description keeps its line breaks, but a blank left before one by the fixed
+    // width of the field is dropped.
+    bookmark.Info = reader.text(InfoAt, InfoWidth, Trim::Blanks)
+                        .replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
+    bookmark.Adresszeile = reader.int16(AdresszeileAt);
+    bookmark.Toolbar = reader.int16(ToolbarAt);
+    return bookmark;
+}
+
+FileOutcome Thema::LoadBookmarks()
+{
+    FileOutcome outcome;
+    outcome.path = filePath();
+    if (outcome.path.isEmpty()) {
+        outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
+        return outcome;
+    }
+    const RecordFile::ReadResult read = RecordFile::readAll(outcome.path, RecordLength);
+    outcome.movedAsidePath = read.movedAsidePath;
+    outcome.error = read.error;
+
+    KeyedList<Bookmark> bookmarks;
+    bookmarks.reserve(read.records.size());
+    for (const QByteArray &record : read.records) {
+        if (bookmarks.count() >= 32767) // the numbers are 16-bit
+            break;
+        Bookmark bookmark = decodeRecord(record);
+        // Numbers are positions in files this program writes; a damaged file with a
+        // number twice or out of range still keeps every entry.
+        if (bookmark.Nr < 1 || bookmarks.contains(bookmarkKey(bookmark.Nr))) {
+            qint16 free = qint16(std::min<qsizetype>(bookmarks.count() + 1, 32767));
+            while (bookmarks.contains(bookmarkKey(free)))
+                free = free == 32767 ? 1 : qint16(free + 1);
+            bookmark.Nr = free;
+        }
+        const QString key = bookmarkKey(bookmark.Nr);
+        bookmarks.add(key, std::move(bookmark));
+    }
+    if (!bookmarks.isEmpty()) {
+        ItCounter = qint16(std::min<qsizetype>(bookmarks.count(), 32767));
+        colBookmark = std::move(bookmarks);
+    } else {
+        ItCounter = 0;
+    }
+    return outcome;
+}
+
+FileOutcome Thema::ensureLoaded()
+{
+    if (isLoaded())
+        return {filePath(), {}, {}};
+    FileOutcome outcome = LoadBookmarks();
+    // An unreadable file must not turn into an empty folder that a save would write.
+    if (!colBookmark && outcome.ok())
+        colBookmark.emplace();
+    return outcome;
+}
+
+FileOutcome Thema::SaveBookmarks()
+{
+    FileOutcome outcome;
+    outcome.path = filePath();
+    if (outcome.path.isEmpty()) {
+        outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
+        return outcome;
+    }
+    if (colBookmark) {
+        QList<QByteArray> records;
+        records.reserve(colBookmark->count());
+        for (qsizetype i = 0; i < colBookmark->count(); ++i)
+            records.append(encodeRecord(colBookmark->at(i), qint16(i + 1)));
+        RecordFile::writeAll(outcome.path, records, &outcome.error);
+    }
+    if (outcome.ok())
+        IsEdit = false;
+    return outcome;
+}
+
+qint16 Thema::GetNewKey()
+{
+    if (ItCounter >= 32767)
+        return 0;
+    ItCounter = qint16(ItCounter + 1);
+    return ItCounter;
+}
+
+Bookmark *Thema::addBookmark(Bookmark bookmark)
+{
+    if (!colBookmark)
+        colBookmark.emplace();
+    const QString key = bookmarkKey(bookmark.Nr);
+    return colBookmark->add(key, std::move(bookmark));
+}
