@@ -1,6 +1,111 @@
+#include "model/layout.h"
+#include "model/layoutbook.h"
+#include "platform/recordfile.h"
 #include "toolcontext.h"
+
+#include <QFileInfo>
+
+namespace {
+QString escaped(const QString &text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text) {
+        if (c == u'\\')
+            out += QStringLiteral("\\\\");
+        else if (c == u'\r')
+            out += QStringLiteral("\\r");
+        else if (c == u'\n')
+            out += QStringLiteral("\\n");
+        else if (c == u'\t')
+            out += QStringLiteral("\\t");
+        else
+            out += c;
+    }
+    return out;
+}
+
+void reportMovedAside(ToolContext &context, const FileOutcome &outcome)
+{
+    if (outcome.wasMovedAside())
+        context.err << "vantrell-tool: " << outcome.path
+                    << " did not hold whole records and has been moved to "
+                    << outcome.movedAsidePath << Qt::endl;
+}
+
+int list(ToolContext &context)
+{
+    LayoutBook book(context.dataFolder);
+    book.LoadAllLayouts();
+    for (const QString &moved : book.movedAsideFiles())
+        context.err << "vantrell-tool: an invalid layout file has been moved to " << moved
+                    << Qt::endl;
+    if (!book.lastOutcome().ok())
+        return context.fail(ToolContext::DataError,
+            QStringLiteral("cannot read %1: %2")
+                .arg(book.lastOutcome().path, book.lastOutcome().error));
+    // One line per layout: position, sequence number, name, file, description, windows.
+    for (qsizetype i = 0; i < book.colLayout.size(); ++i) {
+        const LayoutItem &item = book.colLayout.at(i);
+        context.out << "L\t" << (i + 1) << '\t' << item.Sequenz << '\t' << escaped(item.LayoutName)
+                    << '\t' << item.FileName << '\t' << escaped(item.Info) << '\t'
+                    << item.colFensterInfo.size() << '\n';
+    }
+    context.out.flush();
+    return ToolContext::Success;
+}
+
+int show(ToolContext &context, QString path)
+{
+    if (!QFileInfo::exists(path) && QFileInfo(path).isRelative())
+        path = context.dataFolder + u'/' + path;
+    if (!QFileInfo(path).isFile())
+        return context.fail(
+            ToolContext::DataError, QStringLiteral("there is no file %1").arg(path));
+    QTextStream &out = context.out;
+    if (path.endsWith(QStringLiteral(".wlt"), Qt::CaseInsensitive)) {
+        const Layout::ReadResult read = Layout::LoadLayout(path);
+        reportMovedAside(context, read.outcome);
+        if (!read.outcome.ok())
+            return context.fail(ToolContext::DataError,
+                QStringLiteral("cannot read %1: %2").arg(path, read.outcome.error));
+        // number, left, top, width, height, address, first and third bar band, state, caption
+        for (qsizetype i = 0; i < read.windows.size(); ++i) {
+            const WindowDescription &w = read.windows.at(i);
+            out << (i + 1) << '\t' << w.left << '\t' << w.top << '\t' << w.width << '\t' << w.height
+                << '\t' << escaped(w.address) << '\t' << w.addressBarVisible << '\t'
+                << w.toolbarVisible << '\t' << w.windowState << '\t' << escaped(w.caption) << '\n';
+        }
+    } else if (path.endsWith(QStringLiteral(".nlt"), Qt::CaseInsensitive)) {
+        LayoutItem item(QFileInfo(path).absolutePath());
+        item.FileName = QFileInfo(path).fileName();
+        const FileOutcome outcome = item.LoadAllFensterInfos();
+        reportMovedAside(context, outcome);
+        if (!outcome.ok())
+            return context.fail(ToolContext::DataError,
+                QStringLiteral("cannot read %1: %2").arg(path, outcome.error));
+        // number, x, y, width, height, address, title, toolbar, address bar, state
+        for (const FensterInfo &w : std::as_const(item.colFensterInfo)) {
+            out << w.Nr << '\t' << w.x << '\t' << w.y << '\t' << w.Breite << '\t' << w.Hoehe << '\t'
+                << escaped(w.URL) << '\t' << escaped(w.Titel) << '\t' << w.ToolbarVisible << '\t'
+                << w.AdressbarVisible << '\t' << w.WindowState << '\n';
+        }
+    } else {
+        return context.fail(
+            ToolContext::UsageError, QStringLiteral("layouts show takes a .wlt or .nlt file"));
+    }
+    out.flush();
+    return ToolContext::Success;
+}
+} // namespace
 
 int runLayoutsCommand(ToolContext &context)
 {
-    return context.fail(ToolContext::UsageError, QStringLiteral("the layouts command is not available yet"));
+    const QString verb = context.arguments.value(0);
+    if (verb == u"list" && context.arguments.size() == 1)
+        return list(context);
+    if (verb == u"show" && context.arguments.size() == 2)
+        return show(context, context.arguments.at(1));
+    return context.fail(
+        ToolContext::UsageError, QStringLiteral("usage: layouts list | layouts show FILE"));
 }
