@@ -81,6 +81,8 @@ QWebEngineProfile *profile(const QString &dataFolder)
     created->settings()->setAttribute(QWebEngineSettings::FullScreenSupportEnabled, true);
     created->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, true);
     created->settings()->setAttribute(QWebEngineSettings::JavascriptCanAccessClipboard, false);
+    // A saved page on disk shows its pictures and styles from the web, as in other browsers.
+    created->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
     sharedProfile() = created;
     return created;
 }
