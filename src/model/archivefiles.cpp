@@ -1,6 +1,9 @@
 #include "archivefiles.h"
 
+#include "platform/recordcodec.h"
+
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace ArchiveFiles {
@@ -11,6 +14,29 @@ QString pathInFolder(const QString &folder, const QString &fileName)
         || fileName == u"." || fileName == u"..")
         return {};
     return folder + u'/' + fileName;
+}
+
+QString recordText(const QByteArray &record, int offset, int width)
+{
+    if (record.size() < offset + width)
+        return RecordReader(record, offset + width).text(offset, width, RecordCodec::Trim::Blanks);
+    const char *field = record.constData() + offset;
+    int used = width;
+    // The padding is long (an address field is 2,083 bytes): skip it a word at a time.
+    constexpr quint64 blanks = 0x2020202020202020ULL;
+    while (used >= 8) {
+        quint64 word;
+        std::memcpy(&word, field + used - 8, sizeof word);
+        if (word != blanks)
+            break;
+        used -= 8;
+    }
+    while (used > 0 && field[used - 1] == ' ')
+        --used;
+    // NUL bytes before the blanks are the codec's business: it sees the whole field.
+    if (used > 0 && field[used - 1] == '\0')
+        used = width;
+    return RecordCodec::decodeText(QByteArray::fromRawData(field, used), RecordCodec::Trim::Blanks);
 }
 
 qint16 roundTwips(double value)

@@ -5,8 +5,6 @@
 
 #include <QFile>
 
-using RecordCodec::Trim;
-
 namespace {
 // Index record: sequence number, folder number, name, file name.
 constexpr int SequenzAt = 0;
@@ -70,8 +68,8 @@ bool Book::LoadAllThema()
                 free = free == 32767 ? 1 : qint16(free + 1);
             folder.Nr = free;
         }
-        folder.FileName = reader.text(FileNameAt, FileNameWidth, Trim::Blanks);
-        folder.initDirName(reader.text(DirNameAt, DirNameWidth, Trim::Blanks));
+        folder.FileName = ArchiveFiles::recordText(record, FileNameAt, FileNameWidth);
+        folder.initDirName(ArchiveFiles::recordText(record, DirNameAt, DirNameWidth));
         folder.IsEdit = false;
         folder.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, folder.Sequenz);

@@ -4,7 +4,6 @@
 #include "platform/recordfile.h"
 
 using ArchiveFiles::roundTwips;
-using RecordCodec::Trim;
 
 namespace {
 // Layout file record: number, geometry, address, two bar flags, state, caption.
@@ -40,11 +39,11 @@ WindowDescription decodeRecord(const QByteArray &record)
     window.top = reader.int16(TopAt);
     window.width = reader.int16(WidthAt);
     window.height = reader.int16(HeightAt);
-    window.address = reader.text(AddressAt, AddressWidth, Trim::Blanks);
+    window.address = ArchiveFiles::recordText(record, AddressAt, AddressWidth);
     window.addressBarVisible = reader.int16(FirstBandAt);
     window.toolbarVisible = reader.int16(ThirdBandAt);
     window.windowState = reader.int16(StateAt);
-    window.caption = reader.text(CaptionAt, CaptionWidth, Trim::Blanks);
+    window.caption = ArchiveFiles::recordText(record, CaptionAt, CaptionWidth);
     return window;
 }
 

@@ -5,8 +5,6 @@
 
 #include <QFile>
 
-using RecordCodec::Trim;
-
 namespace {
 // Index record: sequence number, position, name, file name, description.
 constexpr int SequenzAt = 0, NrAt = 4;
@@ -53,9 +51,9 @@ bool LayoutBook::LoadAllLayouts()
     for (const QByteArray &record : read.records) {
         const RecordReader reader(record, RecordLength);
         LayoutItem item(m_dataFolder);
-        item.FileName = reader.text(FileNameAt, FileNameWidth, Trim::Blanks);
-        item.LayoutName = reader.text(NameAt, NameWidth, Trim::Blanks);
-        item.Info = reader.text(InfoAt, InfoWidth, Trim::Blanks);
+        item.FileName = ArchiveFiles::recordText(record, FileNameAt, FileNameWidth);
+        item.LayoutName = ArchiveFiles::recordText(record, NameAt, NameWidth);
+        item.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth);
         item.IsEdit = false;
         item.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, item.Sequenz);

@@ -4,7 +4,6 @@
 #include "platform/recordfile.h"
 
 using ArchiveFiles::roundTwips;
-using RecordCodec::Trim;
 
 namespace {
 // Layout file record: number, geometry, address, title, bar flags, window state.
@@ -49,8 +48,8 @@ FensterInfo LayoutItem::decodeRecord(const QByteArray &record)
     window.y = reader.int16(YAt);
     window.Breite = reader.int16(BreiteAt);
     window.Hoehe = reader.int16(HoeheAt);
-    window.URL = reader.text(UrlAt, UrlWidth, Trim::Blanks);
-    window.Titel = reader.text(TitelAt, TitelWidth, Trim::Blanks);
+    window.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
+    window.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
     window.ToolbarVisible = reader.int16(ToolbarAt);
     window.AdressbarVisible = reader.int16(AdressbarAt);
     window.WindowState = reader.int16(WindowStateAt);

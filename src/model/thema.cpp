@@ -5,8 +5,6 @@
 
 #include <QFile>
 
-using RecordCodec::Trim;
-
 namespace {
 // Folder file record: number, title, address, description, two flags.
 constexpr int NrAt = 0;
@@ -59,11 +57,11 @@ Bookmark Thema::decodeRecord(const QByteArray &record)
     const RecordReader reader(record, RecordLength);
     Bookmark bookmark;
     bookmark.Nr = reader.int16(NrAt);
-    bookmark.Titel = reader.text(TitelAt, TitelWidth, Trim::Blanks);
-    bookmark.URL = reader.text(UrlAt, UrlWidth, Trim::Blanks);
+    bookmark.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
+    bookmark.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
     // A description keeps its line breaks, but a blank left before one by the fixed
     // width of the field is dropped.
-    bookmark.Info = reader.text(InfoAt, InfoWidth, Trim::Blanks)
+    bookmark.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth)
                         .replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
     bookmark.Adresszeile = reader.int16(AdresszeileAt);
     bookmark.Toolbar = reader.int16(ToolbarAt);
@@ -128,11 +126,11 @@ FileOutcome Thema::SaveBookmarks()
         return outcome;
     }
     if (colBookmark) {
-        QList<QByteArray> records;
-        records.reserve(colBookmark->count());
+        QByteArray bytes;
+        bytes.reserve(colBookmark->count() * RecordLength);
         for (qsizetype i = 0; i < colBookmark->count(); ++i)
-            records.append(encodeRecord(colBookmark->at(i), qint16(i + 1)));
-        RecordFile::writeAll(outcome.path, records, &outcome.error);
+            bytes.append(encodeRecord(colBookmark->at(i), qint16(i + 1)));
+        RecordFile::writeBytes(outcome.path, bytes, &outcome.error);
     }
     if (outcome.ok())
         IsEdit = false;

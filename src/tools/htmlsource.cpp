@@ -6,6 +6,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <cstring>
 
 namespace HtmlSource {
 
@@ -102,15 +103,39 @@ Decoded decode(const QByteArray &bytes)
     return decoded;
 }
 
+QByteArray toUtf8(const QByteArray &bytes, QString *encoding)
+{
+    const bool bom = bytes.startsWith("\xEF\xBB\xBF");
+    const QByteArray label = bom ? QByteArray() : metaCharset(bytes).trimmed().toLower();
+    const bool utf8 = bom || label == "utf-8" || label == "utf8"
+        || (label.isEmpty() && !bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF")
+            && RecordCodec::isValidUtf8(bytes));
+    if (utf8) {
+        *encoding = QStringLiteral("UTF-8");
+        // Invalid sequences in a file that says it is UTF-8 are the parser's to replace.
+        return bom ? bytes.mid(3) : bytes;
+    }
+    Decoded decoded = decode(bytes);
+    *encoding = decoded.encoding;
+    return decoded.text.toUtf8();
+}
+
 int nestingEstimate(const QByteArray &bytes)
 {
     // Elements that never nest in themselves because the parser closes them (or has no
     // end tag for them); everything else counts one level per unclosed start tag.
-    static const QList<QByteArray> flat = {"area", "base", "br", "col", "embed", "hr", "img",
-        "input", "link", "meta", "param", "source", "track", "wbr", "keygen", "basefont", "bgsound",
-        "frame", "image", "isindex", "p", "li", "dt", "dd", "option", "optgroup", "tr", "td", "th",
-        "tbody", "thead", "tfoot", "rb", "rt", "rtc", "rp", "colgroup", "caption", "html", "head",
-        "body", "h1", "h2", "h3", "h4", "h5", "h6"};
+    static const char *const flat[] = {"area", "base", "br", "col", "embed", "hr", "img", "input",
+        "link", "meta", "param", "source", "track", "wbr", "keygen", "basefont", "bgsound", "frame",
+        "image", "isindex", "p", "li", "dt", "dd", "option", "optgroup", "tr", "td", "th", "tbody",
+        "thead", "tfoot", "rb", "rt", "rtc", "rp", "colgroup", "caption", "html", "head", "body",
+        "h1", "h2", "h3", "h4", "h5", "h6"};
+    auto isFlat = [](const char *name) {
+        for (const char *candidate : flat) {
+            if (std::strcmp(candidate, name) == 0)
+                return true;
+        }
+        return false;
+    };
     int depth = 0;
     int deepest = 0;
     // An anchor closes whatever was left open inside it, both at its end tag and when
@@ -118,7 +143,7 @@ int nestingEstimate(const QByteArray &bytes)
     int anchorDepth = -1;
     const char *data = bytes.constData();
     const qsizetype size = bytes.size();
-    QByteArray name;
+    char name[12];
     for (qsizetype i = 0; i + 1 < size; ++i) {
         if (data[i] != '<')
             continue;
@@ -129,15 +154,18 @@ int nestingEstimate(const QByteArray &bytes)
         qsizetype stop = at;
         while (stop < size && !isAsciiSpace(data[stop]) && data[stop] != '>' && data[stop] != '/')
             ++stop;
-        name = QByteArray(data + at, std::min<qsizetype>(stop - at, 16)).toLower();
+        const qsizetype length = std::min<qsizetype>(stop - at, qsizetype(sizeof name) - 1);
+        for (qsizetype k = 0; k < length; ++k)
+            name[k] = char(data[at + k] | 0x20); // ASCII letters and digits only matter here
+        name[length] = '\0';
         i = stop - 1;
-        if (name == "a") {
+        if (name[0] == 'a' && name[1] == '\0') {
             if (anchorDepth >= 0)
                 depth = anchorDepth;
             anchorDepth = end ? -1 : depth;
             continue;
         }
-        if (flat.contains(name))
+        if (isFlat(name))
             continue;
         if (end) {
             depth = std::max(0, depth - 1);

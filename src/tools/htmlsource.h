@@ -16,6 +16,9 @@ struct Decoded
 };
 
 Decoded decode(const QByteArray &bytes);
+// The same text as UTF-8 bytes for the HTML parser; UTF-8 input is passed through
+// without a detour (only a byte-order mark is dropped).
+QByteArray toUtf8(const QByteArray &bytes, QString *encoding);
 // The charset named by a meta element near the start of the file, or empty.
 QByteArray metaCharset(const QByteArray &bytes);
 

@@ -170,9 +170,7 @@ Result parse(const QByteArray &bytes, const Limits &limits, const Progress &prog
         result.status = Result::TooDeep;
         return result;
     }
-    const HtmlSource::Decoded decoded = HtmlSource::decode(bytes);
-    result.encoding = decoded.encoding;
-    const QByteArray utf8 = decoded.text.toUtf8();
+    const QByteArray utf8 = HtmlSource::toUtf8(bytes, &result.encoding);
 
     GumboOptions options = kGumboDefaultOptions;
     options.max_errors = 0; // errors are not needed, and recording them costs a lot
