@@ -7,6 +7,7 @@
 #include "app/uitexts.h"
 #include "browser/feedmark.h"
 #include "browser/frmbrowser.h"
+#include "frame/appicon.h"
 #include "frame/mdiform1.h"
 #include "frame/tabstrip.h"
 #include "frame/twips.h"
@@ -71,6 +72,7 @@ int Main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantrell"));
     QApplication::setDesktopFileName(QStringLiteral("vantrell"));
+    QApplication::setWindowIcon(AppIcon::make());
 
     // Data folder, created on every start.
     const QString dataFolder = AppInfo::dataFolderPath();

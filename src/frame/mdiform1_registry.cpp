@@ -32,7 +32,7 @@ frmBrowser *MDIForm1::CreateBrowser(const QString &kind)
 
     QMdiSubWindow *sub = m_mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setWindowIcon(QIcon::fromTheme(QStringLiteral("text-html"), windowIcon()));
+    sub->setWindowIcon(QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()));
     wireBrowser(window, sub);
     sub->show();
     ++m_openWindowCount;

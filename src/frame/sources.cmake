@@ -1,6 +1,7 @@
 list(APPEND VANTRELL_CORE_SOURCES
 )
 list(APPEND VANTRELL_UI_SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/appicon.cpp
     ${CMAKE_CURRENT_LIST_DIR}/framemenus.cpp
     ${CMAKE_CURRENT_LIST_DIR}/mdiform1.cpp
     ${CMAKE_CURRENT_LIST_DIR}/mdiform1_arrange.cpp
