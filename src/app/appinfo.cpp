@@ -27,10 +27,10 @@ QString frameCaption()
 
 const QStringList &monthNames()
 {
-    static const QStringList names = {
-        QStringLiteral("Jan"), QStringLiteral("Feb"), QStringLiteral("Mar"), QStringLiteral("Apr"),
-        QStringLiteral("May"), QStringLiteral("Jun"), QStringLiteral("Jul"), QStringLiteral("Aug"),
-        QStringLiteral("Sep"), QStringLiteral("Oct"), QStringLiteral("Nov"), QStringLiteral("Dec")};
+    static const QStringList names = {QStringLiteral("Jan"), QStringLiteral("Feb"),
+        QStringLiteral("Mar"), QStringLiteral("Apr"), QStringLiteral("May"), QStringLiteral("Jun"),
+        QStringLiteral("Jul"), QStringLiteral("Aug"), QStringLiteral("Sep"), QStringLiteral("Oct"),
+        QStringLiteral("Nov"), QStringLiteral("Dec")};
     return names;
 }
 

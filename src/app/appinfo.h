@@ -6,9 +6,9 @@
 // Facts about this build and where its data lives.
 namespace AppInfo {
 
-QString applicationTitle();    // "Vantrell"
-QString versionString();       // major.minor.revision, e.g. 1.0.0
-QString frameCaption();        // "Vantrell 1.0"
+QString applicationTitle(); // "Vantrell"
+QString versionString(); // major.minor.revision, e.g. 1.0.0
+QString frameCaption(); // "Vantrell 1.0"
 const QStringList &monthNames(); // "Jan" … "Dec"
 
 // The folder of the user's data: documents folder + "/VantrellData-" + version,

@@ -41,7 +41,9 @@ QDateTime toDateTime(double value)
     const double whole = value >= 0 ? std::floor(value) : std::ceil(value);
     const double fraction = std::abs(value - whole);
     const QDate date = epoch.addDays(static_cast<qint64>(whole));
-    return QDateTime(date, QTime::fromMSecsSinceStartOfDay(static_cast<int>(std::llround(fraction * 86400000.0)) % 86400000));
+    return QDateTime(date,
+        QTime::fromMSecsSinceStartOfDay(
+            static_cast<int>(std::llround(fraction * 86400000.0)) % 86400000));
 }
 
 } // namespace AutomationDate

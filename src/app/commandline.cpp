@@ -10,7 +10,8 @@ int CountOf(const QString &text, const QString &pattern)
     if (pattern.isEmpty())
         return 0;
     int count = 0;
-    for (qsizetype at = text.indexOf(pattern); at >= 0; at = text.indexOf(pattern, at + pattern.size()))
+    for (qsizetype at = text.indexOf(pattern); at >= 0;
+         at = text.indexOf(pattern, at + pattern.size()))
         ++count;
     return count;
 }

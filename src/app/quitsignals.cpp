@@ -17,7 +17,8 @@ void onSignal(int)
 }
 } // namespace
 
-QuitSignals::QuitSignals(QObject *parent) : QObject(parent)
+QuitSignals::QuitSignals(QObject *parent)
+    : QObject(parent)
 {
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, signalPipe) != 0)
         return;

@@ -16,8 +16,7 @@ SingleInstance::SingleInstance(const QString &dataFolder, QObject *parent)
     : QObject(parent)
     , m_name(serverName(dataFolder))
     , m_lock(QDir::tempPath() + u'/' + m_name + QStringLiteral(".lock"))
-{
-}
+{ }
 
 SingleInstance::~SingleInstance() = default;
 
@@ -26,8 +25,10 @@ QString SingleInstance::serverName(const QString &dataFolder)
     QString user = qEnvironmentVariable("USER");
     if (user.isEmpty())
         user = QString::number(qHash(QDir::homePath()));
-    const QByteArray folderHash = QCryptographicHash::hash(QDir::cleanPath(dataFolder).toUtf8(),
-        QCryptographicHash::Sha1).toHex().left(16);
+    const QByteArray folderHash
+        = QCryptographicHash::hash(QDir::cleanPath(dataFolder).toUtf8(), QCryptographicHash::Sha1)
+              .toHex()
+              .left(16);
     return QStringLiteral("vantrell-") + user + u'-' + QString::fromLatin1(folderHash);
 }
 

@@ -3,7 +3,8 @@
 #include <QPainter>
 #include <QtMath>
 
-BusyIndicator::BusyIndicator(QWidget *parent) : QLabel(parent)
+BusyIndicator::BusyIndicator(QWidget *parent)
+    : QLabel(parent)
 {
     constexpr int Size = 20;
     const QColor ink = palette().color(QPalette::Highlight);
@@ -19,7 +20,8 @@ BusyIndicator::BusyIndicator(QWidget *parent) : QLabel(parent)
             colour.setAlphaF(d == f ? 1.0 : 0.25);
             painter.setBrush(colour);
             painter.setPen(Qt::NoPen);
-            painter.drawEllipse(QPointF(Size / 2.0 + 6 * qCos(angle), Size / 2.0 + 6 * qSin(angle)), 2.2, 2.2);
+            painter.drawEllipse(
+                QPointF(Size / 2.0 + 6 * qCos(angle), Size / 2.0 + 6 * qSin(angle)), 2.2, 2.2);
         }
         m_frames[f] = pixmap;
     }

@@ -29,7 +29,8 @@ QIcon make()
         font.setPixelSize(int(size * 0.62));
         painter.setFont(font);
         painter.setPen(Qt::white);
-        painter.drawText(QRectF(0, size * 0.12, size, size * 0.9), Qt::AlignCenter, QStringLiteral("V"));
+        painter.drawText(
+            QRectF(0, size * 0.12, size, size * 0.9), Qt::AlignCenter, QStringLiteral("V"));
         icon.addPixmap(pixmap);
     }
     return QIcon::fromTheme(QStringLiteral("web-browser"), icon);

@@ -18,7 +18,8 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-MDIForm1::MDIForm1(QWidget *parent) : QMainWindow(parent)
+MDIForm1::MDIForm1(QWidget *parent)
+    : QMainWindow(parent)
 {
     // Until start-up names it, the frame carries a caption no search can match.
     setWindowTitle(QStringLiteral("---"));
@@ -147,7 +148,9 @@ void MDIForm1::Unload()
         prefer().setMdiHeight(Twips::fromPixels(height(), this));
         prefer().setMdiWidth(Twips::fromPixels(width(), this));
     }
-    prefer().setMdiState(state & Qt::WindowMinimized ? 1 : (state & (Qt::WindowMaximized | Qt::WindowFullScreen)) ? 2 : 0);
+    prefer().setMdiState(state & Qt::WindowMinimized                 ? 1
+            : (state & (Qt::WindowMaximized | Qt::WindowFullScreen)) ? 2
+                                                                     : 0);
     prefer().SavePref(AppInfo::dataFile(QStringLiteral("Pref.vtp")));
 }
 

@@ -1,7 +1,6 @@
 // Arrangement of the child windows and the switches by which pages may open windows.
-#include "mdiform1.h"
-
 #include "frame/framemenus.h"
+#include "mdiform1.h"
 #include "prefs/prefer.h"
 
 #include <QMdiArea>

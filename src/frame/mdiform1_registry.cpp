@@ -1,12 +1,11 @@
 // The frame's window registry: every browser window has the key "[n]" in the
 // collection and on its tab, and both are added and removed together.
-#include "mdiform1.h"
-
 #include "app/appinfo.h"
 #include "browser/frmbrowser.h"
 #include "frame/framemenus.h"
 #include "frame/tabstrip.h"
 #include "frame/usercommand.h"
+#include "mdiform1.h"
 #include "prefs/prefer.h"
 
 #include <QApplication>
@@ -66,10 +65,11 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
         const QSize chrome = sub->size() - window->page()->size();
         sub->resize(size + chrome);
     });
-    window->page()->setNewWindowHandler([this, window](const PageView::NewWindowRequest &, bool *keepOpener) {
-        frmBrowser *created = openPageWindow(window, keepOpener);
-        return created ? created->page() : nullptr;
-    });
+    window->page()->setNewWindowHandler(
+        [this, window](const PageView::NewWindowRequest &, bool *keepOpener) {
+            frmBrowser *created = openPageWindow(window, keepOpener);
+            return created ? created->page() : nullptr;
+        });
 }
 
 frmBrowser *MDIForm1::openPageWindow(frmBrowser *opener, bool *keepOpener)

@@ -2,7 +2,8 @@
 
 #include <QMouseEvent>
 
-TabStrip::TabStrip(QWidget *parent) : QTabBar(parent)
+TabStrip::TabStrip(QWidget *parent)
+    : QTabBar(parent)
 {
     setObjectName(QStringLiteral("Registerzeile"));
     setExpanding(false);

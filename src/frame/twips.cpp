@@ -7,7 +7,8 @@
 namespace {
 qreal logicalDpi(const QWidget *widget)
 {
-    const QScreen *screen = widget && widget->screen() ? widget->screen() : QGuiApplication::primaryScreen();
+    const QScreen *screen
+        = widget && widget->screen() ? widget->screen() : QGuiApplication::primaryScreen();
     return screen ? screen->logicalDotsPerInch() : 96.0;
 }
 } // namespace

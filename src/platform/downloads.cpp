@@ -9,7 +9,8 @@
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineProfile>
 
-Downloads::Downloads(QWebEngineProfile *profile, QObject *parent) : QObject(parent)
+Downloads::Downloads(QWebEngineProfile *profile, QObject *parent)
+    : QObject(parent)
 {
     m_chooser = [](const QString &suggested) {
         return QFileDialog::getSaveFileName(nullptr, uiText(2010), suggested);
@@ -40,8 +41,10 @@ Downloads::Downloads(QWebEngineProfile *profile, QObject *parent) : QObject(pare
                 });
             connect(download, &QWebEngineDownloadRequest::isFinishedChanged, this,
                 [this, download, path, name] {
-                    const bool ok = download->state() == QWebEngineDownloadRequest::DownloadCompleted;
-                    emit statusText(ok ? uiText(2012).arg(name) : uiText(2013).arg(name, download->interruptReasonString()));
+                    const bool ok
+                        = download->state() == QWebEngineDownloadRequest::DownloadCompleted;
+                    emit statusText(ok ? uiText(2012).arg(name)
+                                       : uiText(2013).arg(name, download->interruptReasonString()));
                     emit finished(path, ok);
                 });
             download->accept();

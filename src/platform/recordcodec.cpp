@@ -33,11 +33,10 @@ bool isValidUtf8(const QByteArray &bytes)
 QString decodeWindows1252(const QByteArray &bytes)
 {
     // 0x80..0x9F are the only bytes where Windows-1252 differs from Latin-1.
-    static const char16_t high[32] = {
-        0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+    static const char16_t high[32]
+        = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+            0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+            0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
     QString out;
     out.reserve(bytes.size());
     for (const char c : bytes) {
@@ -70,7 +69,9 @@ QString decodeText(const QByteArray &field, Trim trim)
 
 } // namespace RecordCodec
 
-RecordWriter::RecordWriter(int length) : m_bytes(length, '\0') { }
+RecordWriter::RecordWriter(int length)
+    : m_bytes(length, '\0')
+{ }
 
 void RecordWriter::putInt16(int offset, qint16 value)
 {
@@ -95,7 +96,8 @@ void RecordWriter::putText(int offset, int width, const QString &text)
     std::memcpy(m_bytes.data() + offset, field.constData(), width);
 }
 
-RecordReader::RecordReader(QByteArray record, int length) : m_bytes(std::move(record))
+RecordReader::RecordReader(QByteArray record, int length)
+    : m_bytes(std::move(record))
 {
     if (m_bytes.size() < length)
         m_bytes.append(length - m_bytes.size(), '\0');

@@ -15,6 +15,7 @@ signals:
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
-    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString &, int,
-        const QString &) override { }
+    void javaScriptConsoleMessage(
+        JavaScriptConsoleMessageLevel, const QString &, int, const QString &) override
+    { }
 };

@@ -17,7 +17,8 @@ constexpr qint16 True = -1;
 
 using Kind = Prefer::Field::Kind;
 
-Prefer::Field text(const char *name, int offset, int width, QString Prefer::*member, bool trimmed = true)
+Prefer::Field text(
+    const char *name, int offset, int width, QString Prefer::*member, bool trimmed = true)
 {
     return {name, Kind::Text, offset, width, trimmed, member, nullptr};
 }
@@ -195,7 +196,8 @@ QByteArray Prefer::toRecord()
         const QString stored = scramble(clear, &storable);
         const QByteArray bytes = RecordCodec::encodeText(stored, f.width);
         bool readable = false;
-        const QString back = unscramble(RecordCodec::decodeText(bytes, RecordCodec::Trim::Blanks), &readable);
+        const QString back
+            = unscramble(RecordCodec::decodeText(bytes, RecordCodec::Trim::Blanks), &readable);
         if (storable && readable && back == clear) {
             record.putText(f.offset, f.width, stored);
         } else {
@@ -229,8 +231,8 @@ void Prefer::readRecord(const QByteArray &record, bool *passwordsOk)
             this->*f.number = reader.int16(f.offset);
             continue;
         }
-        const QString value = reader.text(f.offset, f.width,
-            f.trimmed ? RecordCodec::Trim::Blanks : RecordCodec::Trim::None);
+        const QString value = reader.text(
+            f.offset, f.width, f.trimmed ? RecordCodec::Trim::Blanks : RecordCodec::Trim::None);
         if (f.kind == Kind::Text) {
             this->*f.text = value;
             continue;

@@ -11,10 +11,10 @@ public:
     static constexpr int RecordLength = 15572;
 
     enum class LoadResult {
-        Loaded,        // a valid record was read
-        CreatedFresh,  // no usable file existed; defaults were written
+        Loaded, // a valid record was read
+        CreatedFresh, // no usable file existed; defaults were written
         ReplacedInvalid, // an invalid file was moved aside and defaults were written
-        OldFormat,     // a password field cannot be unscrambled: the caller must stop
+        OldFormat, // a password field cannot be unscrambled: the caller must stop
     };
 
     // One field of the record, in the order of the preference table.
@@ -61,11 +61,23 @@ public:
     bool setValueText(const Field &field, const QString &value);
 
 #define VANTRELL_TEXT_PREF(Name)                                                                   \
-    QString Name() const { return m_##Name; }                                                      \
-    void set##Name(const QString &value) { m_##Name = value; }
+    QString Name() const                                                                           \
+    {                                                                                              \
+        return m_##Name;                                                                           \
+    }                                                                                              \
+    void set##Name(const QString &value)                                                           \
+    {                                                                                              \
+        m_##Name = value;                                                                          \
+    }
 #define VANTRELL_NUMBER_PREF(Name)                                                                 \
-    qint16 Name() const { return m_##Name; }                                                       \
-    void set##Name(qint16 value) { m_##Name = value; }
+    qint16 Name() const                                                                            \
+    {                                                                                              \
+        return m_##Name;                                                                           \
+    }                                                                                              \
+    void set##Name(qint16 value)                                                                   \
+    {                                                                                              \
+        m_##Name = value;                                                                          \
+    }
 
     VANTRELL_TEXT_PREF(HomeUrl)
     VANTRELL_TEXT_PREF(HomeTitle)

@@ -26,9 +26,10 @@ private slots:
         QTest::addColumn<int>("sum");
         QTest::addColumn<QString>("expected");
         QTest::newRow("port, blank and a word")
-            << QStringLiteral("http://localhost:8080/x.html more") << 2 << QStringLiteral("http://localhost:8080/x.html");
-        QTest::newRow("quoted path with one marker stays whole")
-            << QStringLiteral("\"C:\\My Pages\\a.html\"") << 1 << QStringLiteral("\"C:\\My Pages\\a.html\"");
+            << QStringLiteral("http://localhost:8080/x.html more") << 2
+            << QStringLiteral("http://localhost:8080/x.html");
+        QTest::newRow("quoted path with one marker stays whole") << QStringLiteral(
+            "\"C:\\My Pages\\a.html\"") << 1 << QStringLiteral("\"C:\\My Pages\\a.html\"");
         QTest::newRow("quoted first of two")
             << QStringLiteral("\"C:\\a b.html\" http://x") << 2 << QStringLiteral("C:\\a b.html");
         QTest::newRow("no blank takes the whole line")
@@ -79,7 +80,8 @@ private slots:
     void dataFolderCarriesTheVersion()
     {
         qunsetenv("VANTRELL_DATA_DIR");
-        QVERIFY(AppInfo::dataFolderPath().endsWith(QStringLiteral("/VantrellData-") + AppInfo::versionString()));
+        QVERIFY(AppInfo::dataFolderPath().endsWith(
+            QStringLiteral("/VantrellData-") + AppInfo::versionString()));
         QTemporaryDir dir;
         qputenv("VANTRELL_DATA_DIR", dir.filePath(QStringLiteral("deep/er")).toUtf8());
         QCOMPARE(AppInfo::dataFolderPath(), dir.filePath(QStringLiteral("deep/er")));

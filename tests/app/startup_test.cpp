@@ -24,7 +24,8 @@ private:
         env.insert(QStringLiteral("VANTRELL_DATA_DIR"), m_data.path());
         env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         env.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
-        env.insert(QStringLiteral("QTWEBENGINE_CHROMIUM_FLAGS"), QStringLiteral("--disable-gpu --no-sandbox"));
+        env.insert(QStringLiteral("QTWEBENGINE_CHROMIUM_FLAGS"),
+            QStringLiteral("--disable-gpu --no-sandbox"));
         return env;
     }
 
@@ -61,7 +62,8 @@ private slots:
         QFile html(file);
         QVERIFY(html.open(QIODevice::WriteOnly));
         // A local page may not fetch from the web, but it may go there.
-        html.write("<html><body><script>location.href = '" + m_server.url(QStringLiteral("/pixel")).toString().toUtf8()
+        html.write("<html><body><script>location.href = '"
+            + m_server.url(QStringLiteral("/pixel")).toString().toUtf8()
             + "';</script></body></html>");
         html.close();
 
@@ -87,7 +89,8 @@ private slots:
     void portBlankAndWordOpensTheAddressOnly()
     {
         m_server.setPage(QStringLiteral("/port"), "<html><body>port</body></html>");
-        auto first = start({m_server.url(QStringLiteral("/port")).toString(), QStringLiteral("more")});
+        auto first
+            = start({m_server.url(QStringLiteral("/port")).toString(), QStringLiteral("more")});
         QTRY_COMPARE_WITH_TIMEOUT(m_server.requestCount(QStringLiteral("/port")), 1, 30000);
         stop(*first);
     }
@@ -98,14 +101,18 @@ private slots:
         for (int i = 0; i < 10; ++i) {
             const QString path = QStringLiteral("/many%1").arg(i);
             m_server.setPage(path, "<html><body>many</body></html>");
-            starts.append(std::shared_ptr<QProcess>(start({m_server.url(path).toString()}).release()));
+            starts.append(
+                std::shared_ptr<QProcess>(start({m_server.url(path).toString()}).release()));
         }
         // Nine hand over and end; one keeps running with every page open.
-        QTRY_VERIFY_WITH_TIMEOUT(std::count_if(starts.cbegin(), starts.cend(),
-                                     [](const auto &p) { return p->state() == QProcess::NotRunning; }) == 9,
+        QTRY_VERIFY_WITH_TIMEOUT(
+            std::count_if(starts.cbegin(), starts.cend(),
+                [](const auto &p) { return p->state() == QProcess::NotRunning; })
+                == 9,
             60000);
         for (int i = 0; i < 10; ++i)
-            QTRY_COMPARE_WITH_TIMEOUT(m_server.requestCount(QStringLiteral("/many%1").arg(i)), 1, 30000);
+            QTRY_COMPARE_WITH_TIMEOUT(
+                m_server.requestCount(QStringLiteral("/many%1").arg(i)), 1, 30000);
         for (const auto &p : starts) {
             if (p->state() == QProcess::NotRunning)
                 QCOMPARE(p->exitCode(), 0);

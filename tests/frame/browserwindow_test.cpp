@@ -18,7 +18,8 @@
 namespace {
 QByteArray titled(const char *title, const QByteArray &body = {})
 {
-    return "<html><head><title>" + QByteArray(title) + "</title></head><body>" + body + "</body></html>";
+    return "<html><head><title>" + QByteArray(title) + "</title></head><body>" + body
+        + "</body></html>";
 }
 QStringList entries(const QComboBox *box)
 {
@@ -42,11 +43,14 @@ private slots:
     {
         m_server.setPage(QStringLiteral("/a"), titled("A"));
         m_server.setPage(QStringLiteral("/b"), titled("B"));
-        m_server.setPage(QStringLiteral("/closer"), titled("Closer", "<script>setTimeout(() => window.close(), 50)</script>"));
-        m_server.setPage(QStringLiteral("/file.bin"), QByteArray(100000, 'z'), "application/octet-stream",
+        m_server.setPage(QStringLiteral("/closer"),
+            titled("Closer", "<script>setTimeout(() => window.close(), 50)</script>"));
+        m_server.setPage(QStringLiteral("/file.bin"), QByteArray(100000, 'z'),
+            "application/octet-stream",
             "Content-Disposition: attachment; filename=\"file.bin\"\r\n");
-        m_server.setPage(QStringLiteral("/image.png"), QByteArray::fromBase64(
-            "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8BQDwAEhQGAhKmMIQAAAABJRU5ErkJggg=="),
+        m_server.setPage(QStringLiteral("/image.png"),
+            QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8B"
+                                   "QDwAEhQGAhKmMIQAAAABJRU5ErkJggg=="),
             "image/png");
     }
 
@@ -66,7 +70,7 @@ private slots:
         box->setEditText(url("/a"));
         QTest::keyClick(box->lineEdit(), Qt::Key_Return);
         QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("A"), 15000);
-        QCOMPARE(entries(box), (QStringList{url("/a"), url("/b")}));
+        QCOMPARE(entries(box), (QStringList {url("/a"), url("/b")}));
         QVERIFY(!window->AddressUpdating);
 
         // Every completed page is recorded once, newest last.
@@ -113,7 +117,8 @@ private slots:
         QCOMPARE(window->page()->zoomPercent(), 150);
 
         window->Navigate(url("/image.png"));
-        QTRY_VERIFY_WITH_TIMEOUT(window->LocationURL().endsWith(QStringLiteral("/image.png")), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            window->LocationURL().endsWith(QStringLiteral("/image.png")), 15000);
         QTRY_VERIFY_WITH_TIMEOUT(!window->page()->isLoading(), 15000);
         window->SetZoomFactor(300);
         QTest::qWait(500);

@@ -32,8 +32,10 @@ private:
 private slots:
     void initTestCase()
     {
-        m_server.setPage(QStringLiteral("/amp"), "<html><head><title>Tom & Jerry</title></head><body>x</body></html>");
-        m_server.setPage(QStringLiteral("/plain"), "<html><head><title>Plain</title></head><body>y</body></html>");
+        m_server.setPage(QStringLiteral("/amp"),
+            "<html><head><title>Tom & Jerry</title></head><body>x</body></html>");
+        m_server.setPage(QStringLiteral("/plain"),
+            "<html><head><title>Plain</title></head><body>y</body></html>");
     }
 
     void tabCaptionShowsAmpersandOnce()
@@ -55,11 +57,12 @@ private slots:
         QList<frmBrowser *> windows;
         for (int i = 0; i < 5; ++i)
             windows.append(frame.OpenNewBrowser(QStringLiteral("about:blank")));
-        QCOMPARE(tabKeys(frame), (QStringList{u"[1]"_qs, u"[2]"_qs, u"[3]"_qs, u"[4]"_qs, u"[5]"_qs}));
+        QCOMPARE(
+            tabKeys(frame), (QStringList {u"[1]"_qs, u"[2]"_qs, u"[3]"_qs, u"[4]"_qs, u"[5]"_qs}));
 
         windows.at(2)->parentWidget()->close();
         QTRY_COMPARE(frame.browsers().size(), 4);
-        QCOMPARE(tabKeys(frame), (QStringList{u"[1]"_qs, u"[2]"_qs, u"[4]"_qs, u"[5]"_qs}));
+        QCOMPARE(tabKeys(frame), (QStringList {u"[1]"_qs, u"[2]"_qs, u"[4]"_qs, u"[5]"_qs}));
         frmBrowser *sixth = frame.OpenNewBrowser(QStringLiteral("about:blank"));
         QCOMPARE(sixth->ID, 6);
         QCOMPARE(frame.browser(QStringLiteral("[6]")), sixth);
@@ -79,7 +82,7 @@ private slots:
 
         frame.CloseOtherBrowsers(sixth);
         QTRY_COMPARE(frame.browsers().size(), 1);
-        QCOMPARE(tabKeys(frame), QStringList{QStringLiteral("[6]")});
+        QCOMPARE(tabKeys(frame), QStringList {QStringLiteral("[6]")});
 
         frame.CloseAll();
         QTRY_COMPARE(frame.browsers().size(), 0);
@@ -92,11 +95,13 @@ private slots:
         MDIForm1 frame;
         frame.show();
         QVERIFY(!frame.IsCloneable());
-        frmBrowser *window = frame.OpenNewBrowser(m_server.url(QStringLiteral("/plain")).toString());
+        frmBrowser *window
+            = frame.OpenNewBrowser(m_server.url(QStringLiteral("/plain")).toString());
         QTRY_COMPARE_WITH_TIMEOUT(window->Caption(), QStringLiteral("Plain"), 15000);
         frmBrowser *clone = frame.CloneActive();
         QVERIFY(clone);
-        QTRY_COMPARE_WITH_TIMEOUT(clone->LocationURL(), m_server.url(QStringLiteral("/plain")).toString(), 15000);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            clone->LocationURL(), m_server.url(QStringLiteral("/plain")).toString(), 15000);
         QCOMPARE(frame.browsers().size(), 2);
     }
 
@@ -107,7 +112,8 @@ private slots:
         frame.OpenNewBrowser(QStringLiteral("about:blank"));
         frame.menuAction(QStringLiteral("mn_ctxtRegisterUntenT"))->trigger();
         QCOMPARE(prefer().TabAlign(), qint16(3));
-        for (const char *name : {"mn_RegisterUnten", "mn_ctxtRegisterUnten", "mn_ctxtRegisterUntenT"})
+        for (const char *name :
+            {"mn_RegisterUnten", "mn_ctxtRegisterUnten", "mn_ctxtRegisterUntenT"})
             QVERIFY2(frame.menuAction(QLatin1String(name))->isChecked(), name);
         for (const char *name : {"mn_RegisterOben", "mn_ctxtRegisterOben", "mn_ctxtRegisterObenT"})
             QVERIFY2(!frame.menuAction(QLatin1String(name))->isChecked(), name);

@@ -39,7 +39,8 @@ private:
     frmBrowser *openOpener(MDIForm1 &frame)
     {
         frmBrowser *window = frame.OpenNewBrowser(url("/opener"));
-        return QTest::qWaitFor([window] { return window->Title == u"Opener"; }, 15000) ? window : nullptr;
+        return QTest::qWaitFor([window] { return window->Title == u"Opener"; }, 15000) ? window
+                                                                                       : nullptr;
     }
 
 private slots:
@@ -49,7 +50,8 @@ private slots:
             "<html><head><title>Opener</title></head><body>"
             "<a id='blank' href='/target' target='_blank'>new</a>"
             "</body></html>");
-        m_server.setPage(QStringLiteral("/target"), "<html><head><title>Target</title></head><body>t</body></html>");
+        m_server.setPage(QStringLiteral("/target"),
+            "<html><head><title>Target</title></head><body>t</body></html>");
         m_server.setPage(QStringLiteral("/spammer"),
             "<html><head><title>Spammer</title></head><body><script>"
             "setInterval(() => { if (window.spam) window.open('/target'); }, 5);"
@@ -65,7 +67,8 @@ private slots:
         QVERIFY(!frame.policy.AllowOpenWin);
         QVERIFY(frame.menuAction(QStringLiteral("mn_ctxtDisablePopup"))->isChecked());
         QVERIFY(!frame.menuAction(QStringLiteral("mn_PopupToBack"))->isEnabled());
-        run(opener, QStringLiteral("window.open('/target'); document.getElementById('blank').click();"));
+        run(opener,
+            QStringLiteral("window.open('/target'); document.getElementById('blank').click();"));
         QTest::qWait(1000);
         QCOMPARE(frame.browsers().size(), 1);
         QCOMPARE(frame.tabStrip()->count(), 1);
@@ -164,7 +167,7 @@ private slots:
         QVERIFY(frame.policy.AllowOpenWin); // restored after the sweep
         QCOMPARE(frame.popupCount(), 0);
         QTest::qWait(500);
-        QCOMPARE(frame.browsers(), QList<frmBrowser *>{opener});
+        QCOMPARE(frame.browsers(), QList<frmBrowser *> {opener});
         QCOMPARE(frame.tabStrip()->count(), 1);
     }
 
@@ -190,13 +193,15 @@ private slots:
         frame.show();
         for (int i = 0; i < 3; ++i)
             frame.OpenNewBrowser(QStringLiteral("about:blank"));
-        const QStringList names = {QStringLiteral("mn_Kaskadiert"), QStringLiteral("mn_Untereinander"),
-            QStringLiteral("mn_Nebeneinander")};
+        const QStringList names = {QStringLiteral("mn_Kaskadiert"),
+            QStringLiteral("mn_Untereinander"), QStringLiteral("mn_Nebeneinander")};
         for (int code = 0; code < 3; ++code) {
             frame.menuAction(QStringLiteral("mn_ctxt") + names.at(code).mid(3))->trigger();
             for (int other = 0; other < 3; ++other) {
                 QCOMPARE(frame.menuAction(names.at(other))->isChecked(), other == code);
-                QCOMPARE(frame.menuAction(QStringLiteral("mn_ctxt") + names.at(other).mid(3))->isChecked(), other == code);
+                QCOMPARE(frame.menuAction(QStringLiteral("mn_ctxt") + names.at(other).mid(3))
+                             ->isChecked(),
+                    other == code);
             }
         }
         // Side by side: equal widths, full height, no overlap.

@@ -40,12 +40,15 @@ private slots:
     {
         // "Müller" as the Windows program wrote it: one byte per character.
         const QByteArray legacy = QByteArray("M\xfcller") + QByteArray(14, ' ');
-        QCOMPARE(RecordCodec::decodeText(legacy, RecordCodec::Trim::Blanks), QStringLiteral("Müller"));
+        QCOMPARE(
+            RecordCodec::decodeText(legacy, RecordCodec::Trim::Blanks), QStringLiteral("Müller"));
         // Bytes 0x80..0x9f are Windows-1252, not control characters.
-        QCOMPARE(RecordCodec::decodeText(QByteArray("\x80 \x93quoted\x94"), RecordCodec::Trim::None),
+        QCOMPARE(
+            RecordCodec::decodeText(QByteArray("\x80 \x93quoted\x94"), RecordCodec::Trim::None),
             QStringLiteral("€ “quoted”"));
         // The same name in UTF-8 reads as UTF-8.
-        QCOMPARE(RecordCodec::decodeText(QStringLiteral("Müller").toUtf8(), RecordCodec::Trim::None),
+        QCOMPARE(
+            RecordCodec::decodeText(QStringLiteral("Müller").toUtf8(), RecordCodec::Trim::None),
             QStringLiteral("Müller"));
     }
 
@@ -53,7 +56,8 @@ private slots:
     {
         QCOMPARE(RecordCodec::decodeText(QByteArray("  a b \t  "), RecordCodec::Trim::Blanks),
             QStringLiteral("a b \t"));
-        QCOMPARE(RecordCodec::decodeText(QByteArray("ab   "), RecordCodec::Trim::None), QStringLiteral("ab   "));
+        QCOMPARE(RecordCodec::decodeText(QByteArray("ab   "), RecordCodec::Trim::None),
+            QStringLiteral("ab   "));
     }
 
     void integersAndDoublesAreLittleEndian()
@@ -89,7 +93,7 @@ private slots:
 
         QVERIFY(RecordFile::writeAll(path, {QByteArray("abcd"), QByteArray("efgh")}));
         const RecordFile::ReadResult two = RecordFile::readAll(path, 4);
-        QCOMPARE(two.records, (QList<QByteArray>{QByteArray("abcd"), QByteArray("efgh")}));
+        QCOMPARE(two.records, (QList<QByteArray> {QByteArray("abcd"), QByteArray("efgh")}));
     }
 
     void fileOfWrongLengthIsMovedAsideNotDeleted()

@@ -38,13 +38,13 @@ private slots:
         const QByteArray bytes = readFile(path());
         QCOMPARE(bytes.size(), 15572);
         QCOMPARE(int16At(bytes, 0), qint16(-1));
-        QCOMPARE(int16At(bytes, 20), qint16(1));      // status bar: 1, not -1
-        QCOMPARE(int16At(bytes, 6275), qint16(-1));   // tab strip
-        QCOMPARE(int16At(bytes, 12), qint16(50));     // history rows
-        QCOMPARE(int16At(bytes, 14), qint16(10485));  // frame width
-        QCOMPARE(int16At(bytes, 16), qint16(7470));   // frame height
-        QCOMPARE(int16At(bytes, 13459), qint16(1));   // tab placement
-        QCOMPARE(int16At(bytes, 13453), qint16(5));   // mail interval
+        QCOMPARE(int16At(bytes, 20), qint16(1)); // status bar: 1, not -1
+        QCOMPARE(int16At(bytes, 6275), qint16(-1)); // tab strip
+        QCOMPARE(int16At(bytes, 12), qint16(50)); // history rows
+        QCOMPARE(int16At(bytes, 14), qint16(10485)); // frame width
+        QCOMPARE(int16At(bytes, 16), qint16(7470)); // frame height
+        QCOMPARE(int16At(bytes, 13459), qint16(1)); // tab placement
+        QCOMPARE(int16At(bytes, 13453), qint16(5)); // mail interval
         QCOMPARE(bytes.mid(4188, 2083), QByteArray(2083, ' ')); // empty mail program, blank-padded
         QVERIFY(bytes.mid(13469, 2083).trimmed().endsWith("/search.html"));
         QVERIFY(prefs.StatusBar() && prefs.TabStrip());
@@ -115,14 +115,14 @@ private slots:
     {
         // 'ö' at an even position shifts past 255; a leading '/' shifts to a blank
         // that reading would trim away; both would make the next load fail.
-        const QStringList hard = {QStringLiteral("aö"), QStringLiteral("/ä"), QStringLiteral("\x0e"),
-            QStringLiteral("Привет")};
+        const QStringList hard = {QStringLiteral("aö"), QStringLiteral("/ä"),
+            QStringLiteral("\x0e"), QStringLiteral("Привет")};
         for (const QString &password : hard) {
             Prefer prefs;
             prefs.setPwd2(password);
             prefs.setPwd4(QStringLiteral("fine"));
             QVERIFY(prefs.SavePref(path()));
-            QCOMPARE(prefs.unstorablePasswords(), QList<int>{2});
+            QCOMPARE(prefs.unstorablePasswords(), QList<int> {2});
             Prefer back;
             QCOMPARE(back.LoadPref(path()), Prefer::LoadResult::Loaded);
             QCOMPARE(back.Pwd2(), QString());
@@ -192,16 +192,18 @@ private slots:
     {
         QProcess tool;
         tool.start(QStringLiteral(VANTRELL_TOOL_PATH),
-            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"), QStringLiteral("set"),
-                QStringLiteral("Group"), QStringLiteral("Reise")});
+            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"),
+                QStringLiteral("set"), QStringLiteral("Group"), QStringLiteral("Reise")});
         QVERIFY(tool.waitForFinished());
         QCOMPARE(tool.exitCode(), 0);
 
         tool.start(QStringLiteral(VANTRELL_TOOL_PATH),
-            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"), QStringLiteral("show")});
+            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"),
+                QStringLiteral("show")});
         QVERIFY(tool.waitForFinished());
         QCOMPARE(tool.exitCode(), 0);
-        const QStringList lines = QString::fromUtf8(tool.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+        const QStringList lines
+            = QString::fromUtf8(tool.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), Prefer::fields().size());
         QVERIFY(lines.first().startsWith(QStringLiteral("HomeUrl=")));
         QCOMPARE(lines.last(), QStringLiteral("CheckIntervall=5"));
@@ -209,8 +211,8 @@ private slots:
         QVERIFY(lines.contains(QStringLiteral("Pwd1=***")));
 
         tool.start(QStringLiteral(VANTRELL_TOOL_PATH),
-            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"), QStringLiteral("set"),
-                QStringLiteral("MdiWidth"), QStringLiteral("wide")});
+            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"),
+                QStringLiteral("set"), QStringLiteral("MdiWidth"), QStringLiteral("wide")});
         QVERIFY(tool.waitForFinished());
         QCOMPARE(tool.exitCode(), 1);
     }
@@ -227,11 +229,13 @@ private slots:
         file.close();
         QProcess tool;
         tool.start(QStringLiteral(VANTRELL_TOOL_PATH),
-            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"), QStringLiteral("show")});
+            {QStringLiteral("--data-dir"), m_dir.path(), QStringLiteral("prefs"),
+                QStringLiteral("show")});
         QVERIFY(tool.waitForFinished());
         QCOMPARE(tool.exitCode(), 2);
         const QString err = QString::fromUtf8(tool.readAllStandardError());
-        QVERIFY2(err.contains(uiText(1141) + QStringLiteral(" \"") + m_dir.path() + u'"'), qPrintable(err));
+        QVERIFY2(err.contains(uiText(1141) + QStringLiteral(" \"") + m_dir.path() + u'"'),
+            qPrintable(err));
     }
 };
 

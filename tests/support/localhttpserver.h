@@ -28,10 +28,10 @@ public:
         });
     }
 
-    void setPage(const QString &path, const QByteArray &body, const QByteArray &type = "text/html; charset=utf-8",
-        const QByteArray &extraHeaders = {})
+    void setPage(const QString &path, const QByteArray &body,
+        const QByteArray &type = "text/html; charset=utf-8", const QByteArray &extraHeaders = {})
     {
-        m_pages.insert(path, Page{body, type, extraHeaders});
+        m_pages.insert(path, Page {body, type, extraHeaders});
     }
 
     QUrl url(const QString &path) const
@@ -69,7 +69,8 @@ private:
                 } else {
                     reply = "HTTP/1.1 200 OK\r\nContent-Type: " + found->contentType
                         + "\r\nContent-Length: " + QByteArray::number(found->body.size())
-                        + "\r\nCache-Control: no-store\r\n" + found->extraHeaders + "\r\n" + found->body;
+                        + "\r\nCache-Control: no-store\r\n" + found->extraHeaders + "\r\n"
+                        + found->body;
                 }
                 socket->write(reply);
             }
