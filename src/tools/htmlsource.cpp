@@ -120,8 +120,9 @@ QByteArray toUtf8(const QByteArray &bytes, QString *encoding)
     return decoded.text.toUtf8();
 }
 
-int nestingEstimate(const QByteArray &bytes)
+Shape estimateShape(const QByteArray &bytes)
 {
+    Shape shape;
     // Elements that never nest in themselves because the parser closes them (or has no
     // end tag for them); everything else counts one level per unclosed start tag.
     static const char *const flat[] = {"area", "base", "br", "col", "embed", "hr", "img", "input",
@@ -159,6 +160,8 @@ int nestingEstimate(const QByteArray &bytes)
             name[k] = char(data[at + k] | 0x20); // ASCII letters and digits only matter here
         name[length] = '\0';
         i = stop - 1;
+        if (!end)
+            ++shape.startTags;
         if (name[0] == 'a' && name[1] == '\0') {
             if (anchorDepth >= 0)
                 depth = anchorDepth;
@@ -173,7 +176,8 @@ int nestingEstimate(const QByteArray &bytes)
             deepest = std::max(deepest, ++depth);
         }
     }
-    return deepest;
+    shape.deepest = deepest;
+    return shape;
 }
 
 } // namespace HtmlSource

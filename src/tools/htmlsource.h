@@ -22,10 +22,15 @@ QByteArray toUtf8(const QByteArray &bytes, QString *encoding);
 // The charset named by a meta element near the start of the file, or empty.
 QByteArray metaCharset(const QByteArray &bytes);
 
-// An estimate of the deepest element nesting the parser would build: start tags of
-// elements that are not void and not closed implicitly, less their end tags. Deep
-// nesting makes the HTML tree builder slow and hungry, so files above a bound are
-// refused before parsing.
-int nestingEstimate(const QByteArray &bytes);
+// What the HTML tree builder would face, estimated by a quick scan: the number of start
+// tags, and the deepest nesting (start tags of elements that are not void and not
+// closed implicitly, less their end tags). Deep nesting makes the tree builder slow and
+// every element costs memory, so files above a bound are refused before parsing.
+struct Shape
+{
+    int deepest = 0;
+    qint64 startTags = 0;
+};
+Shape estimateShape(const QByteArray &bytes);
 
 } // namespace HtmlSource

@@ -45,6 +45,19 @@ void appendFolder(QString &out, const Thema &folder, const QString &stamp)
     out += QStringLiteral("</DL><P>") + crlf;
 }
 
+// Room for the whole file up front: a large archive otherwise grows the text many times.
+qsizetype estimatedSize(const Thema &folder)
+{
+    qsizetype size = folder.DirName().size() + 80;
+    if (folder.colBookmark) {
+        for (qsizetype i = 0; i < folder.colBookmark->count(); ++i) {
+            const Bookmark &b = folder.colBookmark->at(i);
+            size += b.Titel.size() + b.URL.size() + b.Info.size() * 2 + 140;
+        }
+    }
+    return size;
+}
+
 bool write(const QString &path, const QByteArray &bytes, QString *error)
 {
     return RecordFile::writeBytes(path, bytes, error);
@@ -69,6 +82,10 @@ QByteArray archiveBytes(const Book &book, const QDateTime &now)
 {
     const QString stamp = QString::number(timestamp(now));
     QString out = head(now, true);
+    qsizetype size = out.size() + 16;
+    for (qsizetype i = 0; i < book.colThema.count(); ++i)
+        size += estimatedSize(book.colThema.at(i));
+    out.reserve(size);
     for (qsizetype i = 0; i < book.colThema.count(); ++i)
         appendFolder(out, book.colThema.at(i), stamp);
     out += QStringLiteral("</DL>") + crlf;
@@ -78,6 +95,7 @@ QByteArray archiveBytes(const Book &book, const QDateTime &now)
 QByteArray folderBytes(const Thema &folder, const QDateTime &now)
 {
     QString out = head(now, false);
+    out.reserve(out.size() + estimatedSize(folder));
     appendFolder(out, folder, QString::number(timestamp(now)));
     return out.toUtf8();
 }

@@ -166,7 +166,12 @@ Result parse(const QByteArray &bytes, const Limits &limits, const Progress &prog
         result.status = Result::TooLarge;
         return result;
     }
-    if (HtmlSource::nestingEstimate(bytes) > limits.maxNesting) {
+    const HtmlSource::Shape shape = HtmlSource::estimateShape(bytes);
+    if (shape.startTags > limits.maxElements) {
+        result.status = Result::TooLarge;
+        return result;
+    }
+    if (shape.deepest > limits.maxNesting) {
         result.status = Result::TooDeep;
         return result;
     }

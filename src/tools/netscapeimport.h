@@ -21,8 +21,9 @@ namespace NetscapeImport {
 
 struct Limits
 {
-    qint64 maxFileBytes = 64 * 1024 * 1024;
+    qint64 maxFileBytes = 32 * 1024 * 1024;
     int maxNesting = 512;
+    qint64 maxElements = 2000000; // the parser needs a few hundred bytes for each
     int maxFolders = 32767; // folder numbers are 16-bit
     int maxBookmarksPerFolder = 32767;
     qint64 maxBookmarks = 250000;
@@ -37,6 +38,7 @@ struct ImportedFolder
 
 struct Result
 {
+    // TooLarge: too many bytes or elements; TooDeep: nested too deeply.
     enum Status { Imported, NoFolder, NoBody, Unreadable, TooLarge, TooDeep, Cancelled };
     Status status = Imported;
     QList<ImportedFolder> folders;

@@ -66,7 +66,8 @@ private slots:
     void xmlDocumentHoldsFoldersAndItemsInOrder()
     {
         const QByteArray bytes = xmlBytes(m_all, QStringLiteral("Archiv"));
-        QVERIFY(bytes.startsWith(QByteArray("<?xml version='1.0'?>\n<!--" + AppInfo::frameCaption().toUtf8())));
+        QVERIFY(bytes.startsWith(
+            QByteArray("<?xml version='1.0'?>\n<!--" + AppInfo::frameCaption().toUtf8())));
         QDomDocument document;
         QVERIFY(document.setContent(bytes));
         QCOMPARE(document.childNodes().at(2).toComment().data(), noticeComment());

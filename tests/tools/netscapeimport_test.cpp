@@ -145,6 +145,9 @@ private slots:
         NetscapeImport::Limits limits;
         QCOMPARE(NetscapeImport::parse(QByteArray("<div>").repeated(100000), limits).status,
             Result::TooDeep);
+        limits.maxElements = 1000;
+        QCOMPARE(NetscapeImport::parse(QByteArray("<p>x").repeated(1001), limits).status,
+            Result::TooLarge);
         limits.maxFileBytes = 100;
         QCOMPARE(NetscapeImport::parse(QByteArray(101, ' '), limits).status, Result::TooLarge);
 

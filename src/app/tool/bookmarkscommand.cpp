@@ -360,8 +360,8 @@ int BookmarksCommand::import()
                 .arg(path)
                 .arg(result.anchorsOutsideFolders));
     case Result::TooLarge:
-        return c.fail(
-            ToolContext::DataError, QStringLiteral("%1 is too large to import").arg(path));
+        return c.fail(ToolContext::DataError,
+            QStringLiteral("%1 is too large to import (too many bytes or elements)").arg(path));
     case Result::TooDeep:
         return c.fail(
             ToolContext::DataError, QStringLiteral("%1 is nested too deeply to import").arg(path));
