@@ -97,7 +97,8 @@ int Main(int argc, char *argv[])
     const QString prefPath = AppInfo::dataFile(QStringLiteral("Pref.vtp"));
     const Prefer::LoadResult loaded = prefer().LoadPref(prefPath);
     if (loaded == Prefer::LoadResult::OldFormat) {
-        QMessageBox::critical(nullptr, uiText(1113), uiText(1141) + QStringLiteral(" \"") + dataFolder + u'"');
+        QMessageBox::critical(
+            nullptr, uiText(1113), uiText(1141) + QStringLiteral(" \"") + dataFolder + u'"');
         return 1;
     }
 
@@ -107,9 +108,11 @@ int Main(int argc, char *argv[])
     applyPreferences(frame);
     auto *downloads = new Downloads(WebEngineSetup::profile(), &frame);
     QObject::connect(downloads, &Downloads::statusText, &frame, &MDIForm1::setStatusText);
-    QObject::connect(&instance, &SingleInstance::commandLineReceived, &frame, &MDIForm1::handleHandOver);
+    QObject::connect(
+        &instance, &SingleInstance::commandLineReceived, &frame, &MDIForm1::handleHandOver);
 
-    frame.resize(Twips::toPixels(prefer().MdiWidth(), &frame), Twips::toPixels(prefer().MdiHeight(), &frame));
+    frame.resize(Twips::toPixels(prefer().MdiWidth(), &frame),
+        Twips::toPixels(prefer().MdiHeight(), &frame));
     if (prefer().MdiState() == 2)
         frame.setWindowState(Qt::WindowMaximized);
     frame.SetTabAlign(prefer().TabAlign());
@@ -120,8 +123,12 @@ int Main(int argc, char *argv[])
     if (prefer().StartBrowser() > 0 || prefer().StartBrowser() == -1 || !rawLine.isEmpty()) {
         const QString address = CommandLine::addressToOpen(rawLine);
         frmBrowser *first = nullptr;
-        if (rawLine.isEmpty() && !FeedMark::isFeedStartPageTitle(prefer().HomeTitle())) {
+        const bool feedStartPage = FeedMark::isFeedStartPageTitle(prefer().HomeTitle());
+        if (rawLine.isEmpty() && !feedStartPage) {
             first = frame.OpenNewBrowser(prefer().HomeUrl().trimmed());
+        } else if (rawLine.isEmpty()) {
+            first = frame.CreateBrowser(QStringLiteral("MDI"));
+            first->LoadFeed(prefer().HomeUrl().trimmed());
         } else {
             frame.PendingAddress = address;
             first = frame.NewBrowser();
@@ -139,7 +146,8 @@ int Main(int argc, char *argv[])
     // The system asking the program to quit closes it as the user would.
     QuitSignals quit;
     QObject::connect(&quit, &QuitSignals::quitRequested, &frame, &MDIForm1::close);
-    QObject::connect(&app, &QGuiApplication::commitDataRequest, &frame, [&frame](QSessionManager &) { frame.Unload(); });
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, &frame,
+        [&frame](QSessionManager &) { frame.Unload(); });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &frame, &MDIForm1::Unload);
     return app.exec();
 }

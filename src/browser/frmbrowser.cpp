@@ -1,9 +1,14 @@
 #include "frmbrowser.h"
 
 #include "app/uitexts.h"
+#include "browser/browsertoolbar.h"
 #include "browser/busyindicator.h"
+#include "browser/feedloader.h"
+#include "browser/findbar.h"
 #include "browser/infobar.h"
 #include "browser/lockicon.h"
+#include "frame/mdiform1.h"
+#include "platform/webenginesetup.h"
 #include "prefs/prefer.h"
 
 #include <QAction>
@@ -13,6 +18,8 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMimeData>
 #include <QPointer>
 #include <QStyle>
@@ -24,7 +31,8 @@ namespace {
 constexpr int BusyPollMs = 60;
 } // namespace
 
-frmBrowser::frmBrowser(QWidget *parent) : QWidget(parent)
+frmBrowser::frmBrowser(QWidget *parent)
+    : QWidget(parent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     brwWebBrowser = new PageView(this);
@@ -33,11 +41,13 @@ frmBrowser::frmBrowser(QWidget *parent) : QWidget(parent)
     timTimer->setInterval(BusyPollMs);
     connect(timTimer, &QTimer::timeout, this, &frmBrowser::pollTick);
     buildBars();
+    m_findBar = new FindBar(brwWebBrowser, this);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(CoolBar1);
+    layout->addWidget(m_findBar);
     layout->addWidget(infoBar);
     // The page takes all the height the bar leaves; with the bar hidden, all of it.
     layout->addWidget(brwWebBrowser, 1);
@@ -45,6 +55,11 @@ frmBrowser::frmBrowser(QWidget *parent) : QWidget(parent)
     connectPage();
     StartUrl = prefer().HomeUrl().trimmed();
     ZoomFactor = 100;
+    // The frame places and wires the window right after creating it.
+    QTimer::singleShot(0, this, [this] {
+        attachToFrame();
+        routeFeedItemWindows();
+    });
 }
 
 frmBrowser::~frmBrowser() = default;
@@ -60,19 +75,7 @@ void frmBrowser::buildBars()
     tbToolBar->setObjectName(QStringLiteral("Toolbar"));
     tbToolBar->setIconSize(QSize(18, 18));
     tbToolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    const auto add = [this](const QString &key, QStyle::StandardPixmap icon, const QString &theme,
-                         const QString &tip, void (frmBrowser::*slot)()) {
-        QAction *action = tbToolBar->addAction(QIcon::fromTheme(theme, style()->standardIcon(icon)), tip);
-        action->setObjectName(key);
-        action->setToolTip(tip);
-        connect(action, &QAction::triggered, this, slot);
-        return action;
-    };
-    add(QStringLiteral("Back"), QStyle::SP_ArrowBack, QStringLiteral("go-previous"), uiText(602), &frmBrowser::GoBack);
-    add(QStringLiteral("Forward"), QStyle::SP_ArrowForward, QStringLiteral("go-next"), uiText(601), &frmBrowser::GoForward);
-    add(QStringLiteral("Stop"), QStyle::SP_BrowserStop, QStringLiteral("process-stop"), uiText(603), &frmBrowser::Stop);
-    add(QStringLiteral("Refresh"), QStyle::SP_BrowserReload, QStringLiteral("view-refresh"), uiText(604), &frmBrowser::Refresh);
-    add(QStringLiteral("Home"), QStyle::SP_DirHomeIcon, QStringLiteral("go-home"), prefer().HomeUrl().trimmed(), &frmBrowser::GoHome);
+    m_commands = new BrowserToolbar(this, tbToolBar);
 
     addressBand = new QWidget(CoolBar1);
     addressBand->setObjectName(QStringLiteral("Adress"));
@@ -86,7 +89,8 @@ void frmBrowser::buildBars()
     cboAddress->lineEdit()->setAcceptDrops(true);
     cboAddress->setAcceptDrops(true);
     cboAddress->installEventFilter(this);
-    secureAction = cboAddress->lineEdit()->addAction(LockIcon::make(false), QLineEdit::LeadingPosition);
+    secureAction
+        = cboAddress->lineEdit()->addAction(LockIcon::make(false), QLineEdit::LeadingPosition);
     secureAction->setToolTip(uiText(1400));
     busy = new BusyIndicator(addressBand);
     addressRow->addWidget(cboAddress, 1);
@@ -100,12 +104,16 @@ void frmBrowser::buildBars()
 
 void frmBrowser::connectPage()
 {
-    connect(brwWebBrowser, &PageView::navigationRequested, this, [this](const QUrl &url, bool mainFrame) {
-        if (!mainFrame)
-            return;
-        startBusyPoll();
-        LastRequestUrl = url.toString();
-    });
+    connect(brwWebBrowser, &PageView::navigationRequested, this,
+        [this](const QUrl &url, bool mainFrame) {
+            if (!mainFrame)
+                return;
+            // Leaving the feed page, by whatever way, ends showing the feed.
+            if (!(url.scheme() == WebEngineSetup::schemeName() && url.host() == u"page"))
+                FeedSourceUrl.clear();
+            startBusyPoll();
+            LastRequestUrl = url.toString();
+        });
     connect(brwWebBrowser, &PageView::loadStarted, this, &frmBrowser::startBusyPoll);
     connect(brwWebBrowser, &PageView::urlChanged, this, &frmBrowser::onNavigateComplete);
     connect(brwWebBrowser, &PageView::titleChanged, this, [this](const QString &title) {
@@ -119,6 +127,7 @@ void frmBrowser::connectPage()
         if (ok && !url.isEmpty())
             emit historyEntry(url, LocationName());
         pollTick();
+        CollectXmlFeed();
     });
     connect(brwWebBrowser, &PageView::closeRequested, this, &frmBrowser::closeRequested);
     connect(brwWebBrowser, &PageView::resizeRequested, this, &frmBrowser::resizeRequested);
@@ -137,12 +146,24 @@ void frmBrowser::askPermission(const QUrl &origin, PageView::Permission permissi
 {
     int what = 0;
     switch (permission) {
-    case PageView::Permission::Location: what = 2023; break;
-    case PageView::Permission::Notifications: what = 2024; break;
-    case PageView::Permission::Camera: what = 2025; break;
-    case PageView::Permission::Microphone: what = 2026; break;
-    case PageView::Permission::CameraAndMicrophone: what = 2027; break;
-    case PageView::Permission::Other: brwWebBrowser->answerPermission(origin, permission, false); return;
+    case PageView::Permission::Location:
+        what = 2023;
+        break;
+    case PageView::Permission::Notifications:
+        what = 2024;
+        break;
+    case PageView::Permission::Camera:
+        what = 2025;
+        break;
+    case PageView::Permission::Microphone:
+        what = 2026;
+        break;
+    case PageView::Permission::CameraAndMicrophone:
+        what = 2027;
+        break;
+    case PageView::Permission::Other:
+        brwWebBrowser->answerPermission(origin, permission, false);
+        return;
     }
     QPointer<PageView> view = brwWebBrowser;
     const QString site = origin.host().isEmpty() ? origin.toString() : origin.host();
@@ -175,7 +196,7 @@ bool frmBrowser::eventFilter(QObject *watched, QEvent *event)
                 text = data->text();
             else if (data->hasUrls() && !data->urls().isEmpty())
                 text = data->urls().first().isLocalFile() ? data->urls().first().toLocalFile()
-                                                           : data->urls().first().toString();
+                                                          : data->urls().first().toString();
             if (!text.isEmpty()) {
                 cboAddress->setEditText(text);
                 commitAddress();
@@ -244,10 +265,11 @@ void frmBrowser::pollTick()
         Title = title;
         emit tabRefreshRequested();
     }
-    for (const char *key : {"history", "Clone", "Cloneit"}) {
+    for (const char *key : {"Clone", "Cloneit"}) {
         if (QAction *action = toolAction(QLatin1String(key)))
             action->setEnabled(true);
     }
+    m_commands->syncHistory();
 }
 
 void frmBrowser::updateSecureState(bool loaded)
@@ -280,11 +302,103 @@ QString frmBrowser::Caption() const
 
 QAction *frmBrowser::toolAction(const QString &key) const
 {
-    for (QAction *action : tbToolBar->actions()) {
-        if (action->objectName() == key)
-            return action;
+    if (QAction *button = m_commands->button(key))
+        return button;
+    return m_commands->entry(key);
+}
+
+MDIForm1 *frmBrowser::frame() const
+{
+    for (QWidget *parent = parentWidget(); parent; parent = parent->parentWidget()) {
+        if (auto *frame = qobject_cast<MDIForm1 *>(parent))
+            return frame;
     }
     return nullptr;
+}
+
+void frmBrowser::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    attachToFrame();
+}
+
+void frmBrowser::attachToFrame()
+{
+    MDIForm1 *owner = frame();
+    if (m_attached || !owner)
+        return;
+    m_attached = true;
+    connect(owner, &MDIForm1::historyChanged, m_commands, &BrowserToolbar::syncHistory);
+    m_commands->syncHistory();
+}
+
+void frmBrowser::routeFeedItemWindows()
+{
+    const PageView::NewWindowHandler frameHandler = brwWebBrowser->newWindowHandler();
+    if (m_routing || !frameHandler)
+        return;
+    m_routing = true;
+    // Each item of a feed page opens in the window named after it ("frm" + its number)
+    // and shows there again while that window is open. When pages keep a reference to
+    // their windows the engine finds the named window itself; without one it cannot, so
+    // the names of the item windows are kept here as well.
+    QPointer<frmBrowser> self = this;
+    brwWebBrowser->setNewWindowHandler([self, frameHandler](
+                                           const PageView::NewWindowRequest &request,
+                                           bool *keepOpener) -> PageView * {
+        const QString name = self && !self->FeedSourceUrl.isEmpty() && self->m_feedLoader
+            ? self->m_feedLoader->targetOf(request.url)
+            : QString();
+        if (name.isEmpty())
+            return frameHandler(request, keepOpener);
+        if (frmBrowser *named = self->m_itemWindows.value(name)) {
+            named->FeedSourceUrl.clear();
+            named->Navigate(request.url.toString());
+            MDIForm1 *owner = named->frame();
+            auto *sub = qobject_cast<QMdiSubWindow *>(named->parentWidget());
+            if (owner && sub && !owner->policy.AllowWinInBack)
+                owner->mdiArea()->setActiveSubWindow(sub);
+            return nullptr;
+        }
+        PageView *created = frameHandler(request, keepOpener);
+        if (auto *window = created ? qobject_cast<frmBrowser *>(created->parentWidget()) : nullptr)
+            self->m_itemWindows.insert(name, window);
+        return created;
+    });
+}
+
+void frmBrowser::CollectXmlFeed()
+{
+    const quint64 request = ++m_feedRequest;
+    const QString pageUrl = LocationURL();
+    QPointer<frmBrowser> self = this;
+    brwWebBrowser->linkElements([self, request, pageUrl](const QList<QStringList> &links) {
+        // Only the answer for the page shown now counts.
+        if (!self || request != self->m_feedRequest)
+            return;
+        self->m_feeds.collect(links, pageUrl);
+        self->m_commands->showFeeds(self->m_feeds);
+        emit self->feedsCollected();
+    });
+}
+
+void frmBrowser::LoadFeed(const QString &url)
+{
+    if (!m_feedLoader) {
+        m_feedLoader = new FeedLoader(brwWebBrowser, this);
+        connect(m_feedLoader, &FeedLoader::shown, this, [this](const QString &feedUrl) {
+            FeedSourceUrl = feedUrl;
+            emit feedShown(feedUrl);
+        });
+    }
+    FeedSourceUrl.clear();
+    startBusyPoll();
+    m_feedLoader->load(url);
+}
+
+void frmBrowser::showFindBar()
+{
+    m_findBar->open();
 }
 
 bool frmBrowser::addressBarVisible() const

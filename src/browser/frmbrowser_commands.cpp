@@ -1,9 +1,11 @@
 // The page commands of a browser window: history, save, print, mail, source, home
 // page and zoom. Errors of these commands are swallowed: they leave the window as it was.
-#include "frmbrowser.h"
-
 #include "app/appinfo.h"
 #include "app/uitexts.h"
+#include "browser/browsertoolbar.h"
+#include "browser/busyindicator.h"
+#include "browser/feedloader.h"
+#include "frmbrowser.h"
 #include "prefs/prefer.h"
 
 #include <QAction>
@@ -15,6 +17,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QUrlQuery>
 
 void frmBrowser::GoBack()
@@ -31,17 +34,31 @@ void frmBrowser::GoForward()
 
 void frmBrowser::Stop()
 {
-    page()->stop();
+    timTimer->stop();
+    busy->reset();
+    if (m_feedLoader)
+        m_feedLoader->abort();
+    if (page()->isLoading())
+        page()->stop();
     emit tabRefreshRequested();
 }
 
 void frmBrowser::Refresh()
 {
-    page()->reload();
+    // A feed page is generated once; refreshing it loads the feed anew.
+    if (!FeedSourceUrl.isEmpty())
+        LoadFeed(FeedSourceUrl);
+    else
+        page()->reload();
 }
 
 void frmBrowser::GoHome()
 {
+    // A home title marks the home page as a feed.
+    if (!prefer().HomeTitle().isEmpty()) {
+        LoadFeed(prefer().HomeUrl().trimmed());
+        return;
+    }
     FeedSourceUrl.clear();
     Navigate(prefer().HomeUrl().trimmed());
 }
@@ -53,7 +70,8 @@ void frmBrowser::WebSave()
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
     QString name = LocationName();
     name.replace(u'/', u'_');
-    const QString path = QFileDialog::getSaveFileName(this, uiText(611), folder + u'/' + name + QStringLiteral(".html"));
+    const QString path = QFileDialog::getSaveFileName(
+        this, uiText(611), folder + u'/' + name + QStringLiteral(".html"));
     if (!path.isEmpty())
         page()->savePage(path);
 }
@@ -90,8 +108,10 @@ void frmBrowser::LinkMailto()
 {
     QUrl mail(QStringLiteral("mailto:"));
     QUrlQuery query;
-    query.addQueryItem(QStringLiteral("subject"), QString::fromUtf8(QUrl::toPercentEncoding(LocationName())));
-    query.addQueryItem(QStringLiteral("body"), QString::fromUtf8(QUrl::toPercentEncoding(LocationURL())));
+    query.addQueryItem(
+        QStringLiteral("subject"), QString::fromUtf8(QUrl::toPercentEncoding(LocationName())));
+    query.addQueryItem(
+        QStringLiteral("body"), QString::fromUtf8(QUrl::toPercentEncoding(LocationURL())));
     mail.setQuery(query);
     // The system's mail program takes the title and the address.
     QDesktopServices::openUrl(mail);
@@ -112,20 +132,20 @@ void frmBrowser::SetHomepage()
         prefer().setHomeUrl(LocationURL());
     }
     prefer().SavePref(AppInfo::dataFile(QStringLiteral("Pref.vtp")));
-    if (QAction *home = toolAction(QStringLiteral("Home")))
-        home->setToolTip(prefer().HomeUrl().trimmed());
+    m_commands->setHomeTip(prefer().HomeUrl().trimmed());
 }
 
 void frmBrowser::SetZoomFactor(int percent)
 {
     // Zoom applies to HTML documents only; anything else keeps its zoom.
     QPointer<frmBrowser> self = this;
-    page()->runScript(QStringLiteral("document.contentType"), [self, percent](const QVariant &type) {
-        if (!self || !type.toString().contains(u"html"))
-            return;
-        self->ZoomFactor = static_cast<qint16>(percent);
-        self->page()->setZoomPercent(percent);
-    });
+    page()->runScript(
+        QStringLiteral("document.contentType"), [self, percent](const QVariant &type) {
+            if (!self || !type.toString().contains(u"html"))
+                return;
+            self->ZoomFactor = static_cast<qint16>(percent);
+            self->page()->setZoomPercent(percent);
+        });
 }
 
 void frmBrowser::SetTextSize(int step)

@@ -2,7 +2,10 @@
 
 #include "app/uitexts.h"
 #include "browser/frmbrowser.h"
+#include "frame/mailprogram.h"
 #include "frame/mdiform1.h"
+#include "frame/openalllinks.h"
+#include "frame/statuspanels.h"
 #include "frame/tabstrip.h"
 #include "prefs/prefer.h"
 
@@ -16,10 +19,11 @@ namespace {
 // Entries whose feature this build does not have yet stay visible but disabled.
 const QStringList &unavailable()
 {
-    static const QStringList names = {QStringLiteral("mn_Einstellungen"), QStringLiteral("mn_IEProp"),
-        QStringLiteral("mn_Bookmarks"), QStringLiteral("mn_Historie"), QStringLiteral("mn_Standardbrowser"),
-        QStringLiteral("mn_Anordnung_save"), QStringLiteral("mn_Anordnung_load"),
-        QStringLiteral("mn_PictureList"), QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
+    static const QStringList names = {QStringLiteral("mn_Einstellungen"),
+        QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"), QStringLiteral("mn_Historie"),
+        QStringLiteral("mn_Standardbrowser"), QStringLiteral("mn_Anordnung_save"),
+        QStringLiteral("mn_Anordnung_load"), QStringLiteral("mn_PictureList"),
+        QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
         QStringLiteral("mn_VisitallLinksInFrame"), QStringLiteral("mn_SetRefresh")};
     return names;
 }
@@ -32,7 +36,11 @@ const QList<int> &FrameMenus::zoomSteps()
     return steps;
 }
 
-FrameMenus::FrameMenus(MDIForm1 *frame) : QObject(frame), m_frame(frame)
+FrameMenus::FrameMenus(MDIForm1 *frame)
+    : QObject(frame)
+    , m_frame(frame)
+    , m_openAllLinks(new OpenAllLinks(frame))
+    , m_statusPanels(new StatusPanels(frame->statusBar()))
 {
     buildFileMenu();
     buildToolsMenu();
@@ -45,7 +53,8 @@ FrameMenus::FrameMenus(MDIForm1 *frame) : QObject(frame), m_frame(frame)
     syncEnabled();
 }
 
-QAction *FrameMenus::add(QMenu *menu, const QString &name, int textId, Handler handler, bool checkable)
+QAction *FrameMenus::add(
+    QMenu *menu, const QString &name, int textId, Handler handler, bool checkable)
 {
     auto *entry = new QAction(uiText(textId), m_frame);
     entry->setObjectName(name);
@@ -80,25 +89,32 @@ void FrameMenus::withActive(const std::function<void(frmBrowser *)> &command) co
 void FrameMenus::buildFileMenu()
 {
     QMenu *menu = m_frame->menuBar()->addMenu(uiText(200));
-    add(menu, QStringLiteral("mn_HomeBrowser"), 201, [this] { m_frame->NewBrowser(); })
-        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
+    add(menu, QStringLiteral("mn_HomeBrowser"), 201, [this] {
+        m_frame->NewBrowser();
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
     add(menu, QStringLiteral("mn_BrowserBlank"), 209, [this] {
         m_frame->StartAddressOverride = QStringLiteral("about:blank");
         m_frame->NewBrowser();
         m_frame->StartAddressOverride.clear();
     });
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_save"), 205, [this] { withActive([](frmBrowser *w) { w->WebSave(); }); })
-        ->setShortcut(QKeySequence::Save);
-    add(menu, QStringLiteral("mn_print"), 206, [this] { withActive([](frmBrowser *w) { w->WebPrint(); }); })
-        ->setShortcut(QKeySequence::Print);
-    add(menu, QStringLiteral("mn_ppreview"), 207, [this] { withActive([](frmBrowser *w) { w->WebPrintPreview(); }); });
-    add(menu, QStringLiteral("mn_Send"), 208, [this] { withActive([](frmBrowser *w) { w->LinkMailto(); }); });
+    add(menu, QStringLiteral("mn_save"), 205, [this] {
+        withActive([](frmBrowser *w) { w->WebSave(); });
+    })->setShortcut(QKeySequence::Save);
+    add(menu, QStringLiteral("mn_print"), 206, [this] {
+        withActive([](frmBrowser *w) { w->WebPrint(); });
+    })->setShortcut(QKeySequence::Print);
+    add(menu, QStringLiteral("mn_ppreview"), 207,
+        [this] { withActive([](frmBrowser *w) { w->WebPrintPreview(); }); });
+    add(menu, QStringLiteral("mn_Send"), 208,
+        [this] { withActive([](frmBrowser *w) { w->LinkMailto(); }); });
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Einstellungen"), 202, nullptr);
     add(menu, QStringLiteral("mn_IEProp"), 203, nullptr);
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Exit"), 204, [this] { m_frame->close(); })->setShortcut(QKeySequence::Quit);
+    add(menu, QStringLiteral("mn_Exit"), 204, [this] {
+        m_frame->close();
+    })->setShortcut(QKeySequence::Quit);
 }
 
 void FrameMenus::buildToolsMenu()
@@ -107,28 +123,40 @@ void FrameMenus::buildToolsMenu()
     add(menu, QStringLiteral("mn_Bookmarks"), 301, nullptr);
     add(menu, QStringLiteral("mn_Historie"), 302, nullptr);
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Email"), 305, nullptr);
+    add(menu, QStringLiteral("mn_Email"), 305, [this] {
+        if (!MailProgram::start())
+            m_frame->setStatusText(MailProgram::failureText());
+    });
 }
 
 void FrameMenus::buildViewMenu()
 {
     QMenu *menu = m_frame->menuBar()->addMenu(uiText(311));
-    add(menu, QStringLiteral("mn_RegisterOben"), 307, [this] { m_frame->SetTabAlign(1); }, true);
+    add(
+        menu, QStringLiteral("mn_RegisterOben"), 307, [this] { m_frame->SetTabAlign(1); }, true);
     // Bottom is stored as 3, the code the settings dialog writes too.
-    add(menu, QStringLiteral("mn_RegisterUnten"), 308, [this] { m_frame->SetTabAlign(3); }, true);
-    add(menu, QStringLiteral("mn_RegisterButton"), 309, [this] { m_frame->SetTabButton(true); }, true);
-    add(menu, QStringLiteral("mn_RegisterTabs"), 310, [this] { m_frame->SetTabButton(false); }, true);
+    add(
+        menu, QStringLiteral("mn_RegisterUnten"), 308, [this] { m_frame->SetTabAlign(3); }, true);
+    add(
+        menu, QStringLiteral("mn_RegisterButton"), 309, [this] { m_frame->SetTabButton(true); },
+        true);
+    add(
+        menu, QStringLiteral("mn_RegisterTabs"), 310, [this] { m_frame->SetTabButton(false); },
+        true);
     menu->addSeparator();
     QMenu *text = menu->addMenu(uiText(314));
-    const char *textNames[] = {"mn_TextMin", "mn_TextSmall", "mn_TextNormal", "mn_TextLarge", "mn_TextMax"};
+    const char *textNames[]
+        = {"mn_TextMin", "mn_TextSmall", "mn_TextNormal", "mn_TextLarge", "mn_TextMax"};
     for (int step = 0; step < 5; ++step) {
         add(text, QLatin1String(textNames[step]), 315 + step,
             [this, step] { withActive([step](frmBrowser *w) { w->SetTextSize(step); }); });
     }
     QMenu *zoom = menu->addMenu(uiText(320));
     for (int percent : zoomSteps()) {
-        QAction *entry = add(zoom, QStringLiteral("mn_Z") + QString::number(percent), 320,
-            [this, percent] { withActive([percent](frmBrowser *w) { w->SetZoomFactor(percent); }); });
+        QAction *entry
+            = add(zoom, QStringLiteral("mn_Z") + QString::number(percent), 320, [this, percent] {
+                  withActive([percent](frmBrowser *w) { w->SetZoomFactor(percent); });
+              });
         entry->setText(QString::number(percent) + u'%');
     }
     menu->addSeparator();
@@ -139,15 +167,19 @@ void FrameMenus::buildWindowMenu()
 {
     m_windowMenu = m_frame->menuBar()->addMenu(uiText(400));
     QMenu *menu = m_windowMenu;
-    add(menu, QStringLiteral("mn_Kaskadiert"), 403, [this] { m_frame->Arrange(0); }, true);
-    add(menu, QStringLiteral("mn_Untereinander"), 401, [this] { m_frame->Arrange(1); }, true);
-    add(menu, QStringLiteral("mn_Nebeneinander"), 402, [this] { m_frame->Arrange(2); }, true);
+    add(
+        menu, QStringLiteral("mn_Kaskadiert"), 403, [this] { m_frame->Arrange(0); }, true);
+    add(
+        menu, QStringLiteral("mn_Untereinander"), 401, [this] { m_frame->Arrange(1); }, true);
+    add(
+        menu, QStringLiteral("mn_Nebeneinander"), 402, [this] { m_frame->Arrange(2); }, true);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Anordnung_save"), 404, nullptr);
     add(menu, QStringLiteral("mn_Anordnung_load"), 405, nullptr);
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Adresszeile"), 407,
-        [this] { withActive([](frmBrowser *w) { w->setAddressBarVisible(!w->addressBarVisible()); }); });
+    add(menu, QStringLiteral("mn_Adresszeile"), 407, [this] {
+        withActive([](frmBrowser *w) { w->setAddressBarVisible(!w->addressBarVisible()); });
+    });
     add(menu, QStringLiteral("mn_toolbar"), 408,
         [this] { withActive([](frmBrowser *w) { w->setToolbarVisible(!w->toolbarVisible()); }); });
     add(menu, QStringLiteral("mn_beides"), 409, [this] {
@@ -172,29 +204,52 @@ void FrameMenus::buildWindowMenu()
             w->Refresh();
     });
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_EnablePopup"), 412, [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), true); }, true);
-    add(menu, QStringLiteral("mn_DisablePopup"), 413, [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), false); }, true);
-    add(menu, QStringLiteral("mn_PopupToBack"), 414,
-        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowWinInBack"), !m_frame->policy.AllowWinInBack); }, true);
-    add(menu, QStringLiteral("mn_PopupResize"), 415,
-        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowResizeWin"), !m_frame->policy.AllowResizeWin); }, true);
-    add(menu, QStringLiteral("mn_PopupReferenz"), 420,
-        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowWinRef"), !m_frame->policy.AllowWinRef); }, true);
+    add(
+        menu, QStringLiteral("mn_EnablePopup"), 412,
+        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), true); }, true);
+    add(
+        menu, QStringLiteral("mn_DisablePopup"), 413,
+        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), false); }, true);
+    add(
+        menu, QStringLiteral("mn_PopupToBack"), 414,
+        [this] {
+            m_frame->setPolicySwitch(
+                QStringLiteral("AllowWinInBack"), !m_frame->policy.AllowWinInBack);
+        },
+        true);
+    add(
+        menu, QStringLiteral("mn_PopupResize"), 415,
+        [this] {
+            m_frame->setPolicySwitch(
+                QStringLiteral("AllowResizeWin"), !m_frame->policy.AllowResizeWin);
+        },
+        true);
+    add(
+        menu, QStringLiteral("mn_PopupReferenz"), 420,
+        [this] {
+            m_frame->setPolicySwitch(QStringLiteral("AllowWinRef"), !m_frame->policy.AllowWinRef);
+        },
+        true);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_ClosePopups"), 426, [this] { m_frame->ClosePopups(); });
-    add(menu, QStringLiteral("mn_CloseAllOtherWin"), 422, [this] { m_frame->CloseOtherBrowsers(nullptr); });
+    add(menu, QStringLiteral("mn_CloseAllOtherWin"), 422,
+        [this] { m_frame->CloseOtherBrowsers(nullptr); });
     add(menu, QStringLiteral("mn_Alleschlie_en"), 411, [this] { m_frame->CloseAll(); });
     add(menu, QStringLiteral("mn_CloseWindow"), 410, [this] {
         if (frmBrowser *w = m_frame->activeBrowser())
             w->parentWidget()->close();
     })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_FirstWindow"), 416, [this] { m_frame->activateWindowAt(0, false); });
-    add(menu, QStringLiteral("mn_PreviousWindow"), 417, [this] { m_frame->activateWindowAt(-1, true); })
-        ->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab));
-    add(menu, QStringLiteral("mn_NextWindow"), 418, [this] { m_frame->activateWindowAt(1, true); })
-        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
-    add(menu, QStringLiteral("mn_LastWindow"), 419, [this] { m_frame->activateWindowAt(-1, false); });
+    add(menu, QStringLiteral("mn_FirstWindow"), 416,
+        [this] { m_frame->activateWindowAt(0, false); });
+    add(menu, QStringLiteral("mn_PreviousWindow"), 417, [this] {
+        m_frame->activateWindowAt(-1, true);
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab));
+    add(menu, QStringLiteral("mn_NextWindow"), 418, [this] {
+        m_frame->activateWindowAt(1, true);
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
+    add(menu, QStringLiteral("mn_LastWindow"), 419,
+        [this] { m_frame->activateWindowAt(-1, false); });
     // The open windows are listed below when the menu opens.
     m_windowMenu->addSeparator();
     connect(m_windowMenu, &QMenu::aboutToShow, this, [this] {
@@ -212,11 +267,13 @@ void FrameMenus::refreshWindowList()
     for (frmBrowser *window : m_frame->browsers()) {
         ++number;
         const QString caption = TabStrip::escapeCaption(window->Caption());
-        auto *entry = new QAction(number < 10 ? u'&' + QString::number(number) + u' ' + caption : caption, m_windowMenu);
+        auto *entry = new QAction(
+            number < 10 ? u'&' + QString::number(number) + u' ' + caption : caption, m_windowMenu);
         entry->setCheckable(true);
         entry->setChecked(window == active);
         const QString key = TabStrip::keyOf(window->ID);
-        connect(entry, &QAction::triggered, this, [this, key] { emit m_frame->tabStrip()->tabLeftClicked(key); });
+        connect(entry, &QAction::triggered, this,
+            [this, key] { emit m_frame->tabStrip()->tabLeftClicked(key); });
         m_windowMenu->addAction(entry);
         m_windowList.append(entry);
     }
@@ -226,8 +283,10 @@ void FrameMenus::buildActionsMenu()
 {
     QMenu *menu = m_frame->menuBar()->addMenu(uiText(619));
     add(menu, QStringLiteral("mn_CloneBrowser"), 616, [this] { m_frame->CloneActive(); });
-    add(menu, QStringLiteral("mn_OpenAllLinks"), 617, nullptr);
-    add(menu, QStringLiteral("mn_SetHomepage"), 618, [this] { withActive([](frmBrowser *w) { w->SetHomepage(); }); });
+    add(menu, QStringLiteral("mn_OpenAllLinks"), 617,
+        [this] { withActive([this](frmBrowser *w) { m_openAllLinks->run(w); }); });
+    add(menu, QStringLiteral("mn_SetHomepage"), 618,
+        [this] { withActive([](frmBrowser *w) { w->SetHomepage(); }); });
     add(menu, QStringLiteral("mn_HTMLCode"), 1122,
         [this] { withActive([](frmBrowser *w) { w->ViewSource(w->LocationURL()); }); });
     menu->addSeparator();
@@ -250,31 +309,41 @@ void FrameMenus::buildContextMenus()
     m_ctxtT->addSeparator();
     m_ctxt = m_ctxtT->addMenu(uiText(400));
     for (const char *name : {"Kaskadiert", "Untereinander", "Nebeneinander"})
-        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name), QStringLiteral("mn_") + QLatin1String(name));
+        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name),
+            QStringLiteral("mn_") + QLatin1String(name));
     m_ctxt->addSeparator();
     for (const char *name : {"RegisterOben", "RegisterUnten", "RegisterButton", "RegisterTabs"})
-        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name), QStringLiteral("mn_") + QLatin1String(name));
+        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name),
+            QStringLiteral("mn_") + QLatin1String(name));
     m_ctxt->addSeparator();
-    for (const char *name : {"EnablePopup", "DisablePopup", "PopupToBack", "PopupResize", "PopupReferenz"})
-        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name), QStringLiteral("mn_") + QLatin1String(name));
+    for (const char *name :
+        {"EnablePopup", "DisablePopup", "PopupToBack", "PopupResize", "PopupReferenz"})
+        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name),
+            QStringLiteral("mn_") + QLatin1String(name));
     m_ctxtT->addSeparator();
     addCopy(m_ctxtT, QStringLiteral("mn_ctxtClosePopups"), QStringLiteral("mn_ClosePopups"));
-    addCopy(m_ctxtT, QStringLiteral("mn_ctxtCloseAllOtherWin"), QStringLiteral("mn_CloseAllOtherWin"));
+    addCopy(
+        m_ctxtT, QStringLiteral("mn_ctxtCloseAllOtherWin"), QStringLiteral("mn_CloseAllOtherWin"));
     addCopy(m_ctxtT, QStringLiteral("mn_ctxtAlleschlie_en"), QStringLiteral("mn_Alleschlie_en"));
     addCopy(m_ctxtT, QStringLiteral("mn_ctxtCloneBrowser"), QStringLiteral("mn_CloneBrowser"));
 }
 
 void FrameMenus::buildShortcuts()
 {
-    const auto shortcut = [this](const QString &name, const QList<QKeySequence> &keys, Handler handler) {
-        QAction *entry = add(nullptr, name, 100, std::move(handler));
-        entry->setShortcuts(keys);
-        entry->setShortcutContext(Qt::WindowShortcut);
-        m_frame->addAction(entry);
-    };
-    shortcut(QStringLiteral("key_address"), {QKeySequence(Qt::CTRL | Qt::Key_L), QKeySequence(Qt::Key_F6)},
+    const auto shortcut
+        = [this](const QString &name, const QList<QKeySequence> &keys, Handler handler) {
+              QAction *entry = add(nullptr, name, 100, std::move(handler));
+              entry->setShortcuts(keys);
+              entry->setShortcutContext(Qt::WindowShortcut);
+              m_frame->addAction(entry);
+          };
+    shortcut(QStringLiteral("key_address"),
+        {QKeySequence(Qt::CTRL | Qt::Key_L), QKeySequence(Qt::Key_F6)},
         [this] { withActive([](frmBrowser *w) { w->focusAddress(); }); });
-    shortcut(QStringLiteral("key_refresh"), {QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)},
+    shortcut(QStringLiteral("key_find"), {QKeySequence(Qt::CTRL | Qt::Key_F)},
+        [this] { withActive([](frmBrowser *w) { w->showFindBar(); }); });
+    shortcut(QStringLiteral("key_refresh"),
+        {QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)},
         [this] { withActive([](frmBrowser *w) { w->Refresh(); }); });
     shortcut(QStringLiteral("key_back"), {QKeySequence(Qt::ALT | Qt::Key_Left)},
         [this] { withActive([](frmBrowser *w) { w->GoBack(); }); });
@@ -292,10 +361,13 @@ void FrameMenus::buildShortcuts()
             w->SetZoomFactor(steps.at(index));
         });
     };
-    shortcut(QStringLiteral("key_zoomIn"), {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
+    shortcut(QStringLiteral("key_zoomIn"),
+        {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
         [zoomBy] { zoomBy(1); });
-    shortcut(QStringLiteral("key_zoomOut"), {QKeySequence(Qt::CTRL | Qt::Key_Minus)}, [zoomBy] { zoomBy(-1); });
-    shortcut(QStringLiteral("key_zoomReset"), {QKeySequence(Qt::CTRL | Qt::Key_0)}, [zoomBy] { zoomBy(0); });
+    shortcut(QStringLiteral("key_zoomOut"), {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
+        [zoomBy] { zoomBy(-1); });
+    shortcut(QStringLiteral("key_zoomReset"), {QKeySequence(Qt::CTRL | Qt::Key_0)},
+        [zoomBy] { zoomBy(0); });
 }
 
 void FrameMenus::showTabContextMenu(const QPoint &globalPos)
@@ -338,9 +410,9 @@ void FrameMenus::syncChecks()
 void FrameMenus::syncEnabled()
 {
     const bool any = m_frame->activeBrowser() != nullptr;
-    for (const char *name : {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile", "mn_toolbar",
-             "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_CloseWindow", "mn_CloseAllOtherWin",
-             "mn_Alleschlie_en", "mn_Textsize"}) {
+    for (const char *name : {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile",
+             "mn_toolbar", "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks",
+             "mn_CloseWindow", "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize"}) {
         if (QAction *entry = m_actions.value(QLatin1String(name)))
             entry->setEnabled(any);
     }

@@ -8,7 +8,9 @@
 #include <functional>
 
 class MDIForm1;
+class OpenAllLinks;
 class QAction;
+class StatusPanels;
 class QMenu;
 class frmBrowser;
 
@@ -30,9 +32,13 @@ public:
 
     static const QList<int> &zoomSteps();
 
+    OpenAllLinks *openAllLinks() const { return m_openAllLinks; }
+    StatusPanels *statusPanels() const { return m_statusPanels; }
+
 private:
     using Handler = std::function<void()>;
-    QAction *add(QMenu *menu, const QString &name, int textId, Handler handler, bool checkable = false);
+    QAction *add(
+        QMenu *menu, const QString &name, int textId, Handler handler, bool checkable = false);
     QAction *addCopy(QMenu *menu, const QString &copyName, const QString &original);
     void withActive(const std::function<void(frmBrowser *)> &command) const;
     void buildFileMenu();
@@ -51,4 +57,6 @@ private:
     QMenu *m_ctxt = nullptr;
     QMenu *m_ctxtT = nullptr;
     QList<QAction *> m_windowList;
+    OpenAllLinks *m_openAllLinks = nullptr;
+    StatusPanels *m_statusPanels = nullptr;
 };

@@ -249,3 +249,59 @@ QWidget *PageView::focusWidget() const
 {
     return m_view->focusProxy() ? m_view->focusProxy() : m_view;
 }
+
+namespace {
+QList<QStringList> toRows(const QVariant &value)
+{
+    QList<QStringList> rows;
+    for (const QVariant &row : value.toList())
+        rows.append(row.toStringList());
+    return rows;
+}
+} // namespace
+
+void PageView::documentLinks(const std::function<void(const DocumentLinks &)> &result)
+{
+    // Frames of another origin have no readable document and are skipped.
+    static const QString script = QStringLiteral(
+        "(function(){var out=[];"
+        "function walk(doc){"
+        "var as=doc.getElementsByTagName('a');"
+        "for(var i=0;i<as.length;i++){var raw=as[i].getAttribute('href');"
+        "if(raw!==null)out.push([String(as[i].href),raw,String(doc.URL)]);}"
+        "var fs=doc.querySelectorAll('iframe,frame');"
+        "for(var j=0;j<fs.length;j++){var d=null;try{d=fs[j].contentDocument;}catch(e){}"
+        "if(d)walk(d);}}"
+        "var type=String(document.contentType||'');"
+        "var html=type.indexOf('html')>=0;"
+        "if(html)walk(document);"
+        "return {html:html,anchors:out};})()");
+    runScript(script, [result](const QVariant &value) {
+        const QVariantMap map = value.toMap();
+        DocumentLinks links;
+        links.html = map.value(QStringLiteral("html")).toBool();
+        links.anchors = toRows(map.value(QStringLiteral("anchors")));
+        result(links);
+    });
+}
+
+void PageView::linkElements(const std::function<void(const QList<QStringList> &)> &result)
+{
+    static const QString script
+        = QStringLiteral("(function(){var out=[];var ls=document.getElementsByTagName('LINK');"
+                         "for(var i=0;i<ls.length;i++){var l=ls[i];"
+                         "out.push([l.getAttribute('type')||'',l.getAttribute('title')||'',"
+                         "l.getAttribute('href')||'']);}"
+                         "return out;})()");
+    runScript(script, [result](const QVariant &value) { result(toRows(value)); });
+}
+
+void PageView::setBodyHtml(const QString &html)
+{
+    QString literal = html;
+    literal.replace(u'\\', QStringLiteral("\\\\")).replace(u'\'', QStringLiteral("\\'"));
+    literal.replace(u'\n', QStringLiteral("\\n")).replace(u'\r', QStringLiteral("\\r"));
+    runScript(QStringLiteral("if(document.body)document.body.innerHTML='") + literal
+            + QStringLiteral("';"),
+        nullptr);
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRect>
+#include <QStringList>
 #include <QUrl>
 #include <QVariant>
 #include <QWidget>
@@ -35,6 +36,7 @@ public:
     ~PageView() override;
 
     void setNewWindowHandler(NewWindowHandler handler) { m_newWindowHandler = std::move(handler); }
+    NewWindowHandler newWindowHandler() const { return m_newWindowHandler; }
 
     void load(const QUrl &url);
     void setHtml(const QString &html, const QUrl &baseUrl);
@@ -61,6 +63,21 @@ public:
     // Finds text; the callback gets the active match (from 1) and the number of matches.
     void findText(const QString &text, bool backward, const std::function<void(int, int)> &result);
     void clearFind();
+
+    // Small DOM queries, each one script run in the page.
+    // Every anchor of the document and of its same-origin frames, in document order:
+    // for each one the resolved address, the attribute as written and the address of
+    // the document that holds it. `html` tells whether the document is HTML at all.
+    struct DocumentLinks
+    {
+        bool html = false;
+        QList<QStringList> anchors; // {resolved href, href attribute, document address}
+    };
+    void documentLinks(const std::function<void(const DocumentLinks &)> &result);
+    // Type, title and href attribute of every LINK element, in document order.
+    void linkElements(const std::function<void(const QList<QStringList> &)> &result);
+    // Replaces the body of the shown document by the given markup.
+    void setBodyHtml(const QString &html);
 
     void savePage(const QString &path);
     void print(QPrinter *printer, const std::function<void(bool)> &done);
