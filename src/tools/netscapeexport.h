@@ -8,6 +8,8 @@
 // ("<!DOCTYPE NETSCAPE-Bookmark-file-1>"), UTF-8 with CR LF line ends. Nothing is
 // escaped: titles (feed mark included), addresses, names and descriptions are
 // written as they stand, so that other browsers read them as they always have.
+// A folder whose bookmarks were never loaded is written without bookmarks: load
+// them first (Book::ensureLoaded).
 namespace NetscapeExport {
 
 QByteArray archiveBytes(const Book &book, const QDateTime &now);

@@ -6,6 +6,8 @@
 
 // The plain text and the simple HTML listing of bookmark folders. Both use display
 // titles (no feed mark), CR LF line ends and UTF-8; nothing is escaped.
+// A folder whose bookmarks were never loaded is written without bookmarks: load
+// them first (Book::ensureLoaded).
 namespace TextExports {
 
 // `archive` is true for the whole archive, false for one folder; only the archive

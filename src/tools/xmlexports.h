@@ -7,6 +7,8 @@
 
 // The XML bookmark document and the RSS 2.0 channel, built as DOM documents. Titles
 // are display titles (no feed mark).
+// A folder whose bookmarks were never loaded is written without bookmarks: load
+// them first (Book::ensureLoaded).
 namespace XmlExports {
 
 struct RssHeader

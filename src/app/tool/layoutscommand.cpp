@@ -1,6 +1,5 @@
 #include "model/layout.h"
 #include "model/layoutbook.h"
-#include "platform/recordfile.h"
 #include "toolcontext.h"
 
 #include <QFileInfo>
