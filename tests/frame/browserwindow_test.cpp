@@ -1,4 +1,5 @@
 #include "browser/frmbrowser.h"
+#include "browser/infobar.h"
 #include "engineenvironment.h"
 #include "frame/mdiform1.h"
 #include "frame/tabstrip.h"
@@ -153,6 +154,24 @@ private slots:
         QCOMPARE(prefer().HomeUrl(), QStringLiteral("http://example.org/feed.xml"));
         QVERIFY(prefer().HomeTitle().startsWith(QStringLiteral("<FEED />")));
         prefer().resetToDefaults();
+    }
+
+    void permissionRequestIsAskedAndDeniedUnlessAllowed()
+    {
+        m_server.setPage(QStringLiteral("/geo"),
+            titled("Geo", "<script>navigator.geolocation.getCurrentPosition("
+                          "() => fetch('/granted'), e => fetch('/denied?' + e.code));</script>"));
+        MDIForm1 frame;
+        frame.show();
+        frmBrowser *window = frame.OpenNewBrowser(url("/geo"));
+        InfoBar *bar = window->findChild<InfoBar *>();
+        QVERIFY(bar);
+        QTRY_VERIFY_WITH_TIMEOUT(bar->isVisible(), 15000);
+        QVERIFY2(bar->text().contains(QStringLiteral("127.0.0.1")), qPrintable(bar->text()));
+        bar->answer(false);
+        QVERIFY(!bar->isVisible());
+        QTRY_COMPARE_WITH_TIMEOUT(m_server.requestCount(QStringLiteral("/denied")), 1, 15000);
+        QCOMPARE(m_server.requestCount(QStringLiteral("/granted")), 0);
     }
 
     void downloadLandsOnDisk()
