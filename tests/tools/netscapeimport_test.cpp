@@ -83,6 +83,18 @@ private slots:
         QCOMPARE(bookmarks.at(1).Info, QString());
     }
 
+    void descriptionBlocksAndPreformattedTextKeepTheirLineBreaks()
+    {
+        const QByteArray html = "<DT><H3>F &amp; <i>G</i></H3><DL>\n"
+                                "<DT><A HREF=a>a</A><DD><p>one</p><p>two</p><script>x()</script>\n"
+                                "<pre>  keep\n  this</pre>tail\n"
+                                "<DT><A HREF=b>b</A></DL><p>";
+        const Result result = NetscapeImport::parse(html);
+        QCOMPARE(result.folders.at(0).DirName, QStringLiteral("F & G"));
+        QCOMPARE(result.folders.at(0).bookmarks.at(0).Info,
+            QStringLiteral("one\r\n\r\ntwo\r\n\r\n  keep\r\n  this\r\ntail"));
+    }
+
     void feedMarkSurvivesExportAndImport()
     {
         QTemporaryDir dir;
