@@ -24,8 +24,8 @@ bool isLetter(char c)
 QString decodeAs(const QByteArray &label, const QByteArray &bytes, QString *name)
 {
     const QByteArray lower = label.trimmed().toLower();
-    static const QList<QByteArray> utf8 = {"utf-8", "utf8", "unicode-1-1-utf-8", "utf-16",
-        "utf-16le", "utf-16be", "unicode", "x-user-defined"};
+    static const QList<QByteArray> utf8
+        = {"utf-8", "utf8", "unicode-1-1-utf-8", "utf-16", "utf-16le", "utf-16be", "unicode"};
     static const QList<QByteArray> latin = {"windows-1252", "cp1252", "x-cp1252", "iso-8859-1",
         "iso8859-1", "iso_8859-1", "latin1", "l1", "us-ascii", "ascii", "ansi_x3.4-1968",
         "iso-ir-100", "ibm819", "cp819", "csisolatin1"};

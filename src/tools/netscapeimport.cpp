@@ -1,5 +1,6 @@
 #include "netscapeimport.h"
 
+#include "app/appinfo.h"
 #include "app/clock.h"
 #include "htmlsource.h"
 #include "htmltext.h"
@@ -257,6 +258,11 @@ Result readFile(const QString &path, const Limits &limits, const Progress &progr
         return result;
     }
     return parse(file.read(limits.maxFileBytes + 1), limits, progress);
+}
+
+QString sampleArchivePath()
+{
+    return AppInfo::programFolder() + QStringLiteral("/vtbooksamples.html");
 }
 
 QString backupArchive(const QString &dataFolder, QString *error)

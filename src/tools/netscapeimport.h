@@ -76,6 +76,9 @@ struct ApplyOutcome
 // archive as it is. The progress is only reported here; it cannot cancel.
 ApplyOutcome replaceArchive(Book &book, const Result &result, const Progress &progress = {});
 
+// The sample archive beside the program, imported when there is no archive yet.
+QString sampleArchivePath();
+
 // Copies Book.bkm and every folder file to a new dated folder under backups/.
 QString backupArchive(const QString &dataFolder, QString *error);
 

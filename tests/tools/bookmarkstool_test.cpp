@@ -115,6 +115,21 @@ private slots:
             QStringLiteral("F\t1\tNeu\t1.bkm\nB\t1\t1\tb\tb\t\t-1\t-1\n"));
     }
 
+    void sampleArchiveLiesBesideTheProgram()
+    {
+        QTemporaryDir fresh;
+        const QString sample = QFileInfo(QStringLiteral(VANTRELL_TOOL_PATH)).absolutePath()
+            + QStringLiteral("/vtbooksamples.html");
+        QProcess process;
+        process.start(QStringLiteral(VANTRELL_TOOL_PATH),
+            {QStringLiteral("--data-dir"), fresh.path(), QStringLiteral("bookmarks"),
+                QStringLiteral("import"), sample});
+        QVERIFY(process.waitForFinished(60000));
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY(QString::fromUtf8(process.readAllStandardOutput())
+                    .startsWith(QStringLiteral("imported 3 folders")));
+    }
+
     void layoutFilesAreShownRecordByRecord()
     {
         WindowDescription window;
