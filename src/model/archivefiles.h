@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-// Helpers shared by the bookmark archive and the web layouts.
+// What the bookmark archive and the web layouts share about their files.
 namespace ArchiveFiles {
 
 // Flags are stored as 16-bit integers: -1 for true, 0 for false; any non-zero value
