@@ -59,11 +59,22 @@ QString trimBlanks(const QString &text)
 
 QString decodeText(const QByteArray &field, Trim trim)
 {
-    qsizetype used = field.size();
-    while (used > 0 && field.at(used - 1) == '\0')
-        --used;
-    const QByteArray bytes = field.left(used);
-    const QString text = isValidUtf8(bytes) ? QString::fromUtf8(bytes) : decodeWindows1252(bytes);
+    // Padding is cut off before decoding: most of a field is usually blanks.
+    qsizetype begin = 0;
+    qsizetype end = field.size();
+    while (end > 0 && field.at(end - 1) == '\0')
+        --end;
+    if (trim == Trim::Blanks) {
+        while (end > 0 && field.at(end - 1) == ' ')
+            --end;
+        while (begin < end && field.at(begin) == ' ')
+            ++begin;
+    }
+    const QByteArrayView bytes(field.constData() + begin, end - begin);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError())
+        text = decodeWindows1252(bytes.toByteArray());
     return trim == Trim::Blanks ? trimBlanks(text) : text;
 }
 
