@@ -146,6 +146,53 @@ int entityDeclarationLine(const QString &text)
     return 0;
 }
 
+// The line of the first element nested deeper than `limit`, or 0. A quick pass over the
+// markup; the parser itself reports anything it misjudges in a malformed document.
+int deepNestingLine(const QString &text, int limit)
+{
+    const qsizetype size = text.size();
+    int depth = 0;
+    qsizetype at = 0;
+    auto skipPast = [&](QStringView end) {
+        const qsizetype found = text.indexOf(end, at);
+        at = found < 0 ? size : found + end.size();
+    };
+    while ((at = text.indexOf(u'<', at)) >= 0) {
+        const QStringView rest = QStringView(text).mid(at);
+        if (rest.startsWith(u"</")) {
+            depth = qMax(0, depth - 1);
+            at += 2;
+        } else if (rest.startsWith(u"<!--")) {
+            skipPast(u"-->");
+        } else if (rest.startsWith(u"<![CDATA[")) {
+            skipPast(u"]]>");
+        } else if (rest.startsWith(u"<?")) {
+            skipPast(u"?>");
+        } else if (rest.startsWith(u"<!")) {
+            skipPast(u">");
+        } else {
+            // A start tag; attribute values cannot hold "<", so a tag never runs past one.
+            const qsizetype tagStart = at;
+            ++at;
+            while (at < size && text.at(at) != u'>' && text.at(at) != u'<') {
+                if (text.at(at) == u'"' || text.at(at) == u'\'') {
+                    qsizetype close = at + 1;
+                    while (close < size && text.at(close) != text.at(at) && text.at(close) != u'<')
+                        ++close;
+                    at = close < size && text.at(close) == u'<' ? close - 1 : close;
+                }
+                ++at;
+            }
+            if (at < size && text.at(at) == u'>') {
+                if (text.at(at - 1) != u'/' && ++depth > limit)
+                    return countLines(QStringView(text).left(tagStart)) + 1;
+                ++at;
+            }
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 QString FeedDocument::decode(const QByteArray &bytes, FeedError *error)
@@ -199,6 +246,13 @@ bool FeedDocument::setContent(const QByteArray &bytes, FeedError *error)
 
     if (const int line = entityDeclarationLine(text)) {
         error->reason = QStringLiteral("Entity declarations are not accepted.");
+        error->line = line + skippedLines;
+        return false;
+    }
+
+    // The document parser takes time that grows with the square of the nesting depth.
+    if (const int line = deepNestingLine(text, MaxDepth)) {
+        error->reason = QStringLiteral("Elements are nested deeper than %1 levels.").arg(MaxDepth);
         error->line = line + skippedLines;
         return false;
     }

@@ -84,6 +84,24 @@ private:
     bool m_textOnly;
 };
 
+// Markup too costly to parse: everything from "<" to ">" goes, the rest is escaped
+// as text.
+QString withoutTags(const QString &html)
+{
+    QString text;
+    text.reserve(html.size());
+    bool inTag = false;
+    for (const QChar c : html) {
+        if (inTag)
+            inTag = c != u'>';
+        else if (c == u'<')
+            inTag = true;
+        else
+            text += c;
+    }
+    return FeedHtmlCleaner::escape(text);
+}
+
 template<typename Visit> void parseFragment(const QString &html, Visit visit)
 {
     const QByteArray utf8 = html.toUtf8();
@@ -97,17 +115,28 @@ template<typename Visit> void parseFragment(const QString &html, Visit visit)
 
 } // namespace
 
-QString FeedHtmlCleaner::clean(const QString &html)
+bool FeedHtmlCleaner::Budget::take(int depth)
+{
+    if (depth > MaxDepth || m_left <= 0)
+        return false;
+    m_left -= qint64(depth) * depth;
+    return true;
+}
+
+QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
 {
     // Text without a tag cannot hold markup of any kind; simple well-formed markup of
     // allowed elements is recognised without building a tree.
     if (!html.contains(u'<') || FeedHtmlScan::isSafeAsWritten(html))
         return html;
-    return cleanByTree(html);
+    return cleanByTree(html, budget);
 }
 
-QString FeedHtmlCleaner::cleanByTree(const QString &html)
+QString FeedHtmlCleaner::cleanByTree(const QString &html, Budget *budget)
 {
+    Budget single;
+    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+        return withoutTags(html);
     QString cleaned;
     parseFragment(html, [&](const GumboOutput *parsed) {
         Writer writer(false);
@@ -117,10 +146,13 @@ QString FeedHtmlCleaner::cleanByTree(const QString &html)
     return cleaned;
 }
 
-QString FeedHtmlCleaner::toPlainText(const QString &html)
+QString FeedHtmlCleaner::toPlainText(const QString &html, Budget *budget)
 {
     if (!html.contains(u'<') && !html.contains(u'&'))
         return html;
+    Budget single;
+    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+        return withoutTags(html);
     QString text;
     parseFragment(html, [&](const GumboOutput *parsed) {
         Writer writer(true);

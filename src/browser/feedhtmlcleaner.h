@@ -16,14 +16,27 @@
 class FeedHtmlCleaner final
 {
 public:
-    static QString clean(const QString &html);
+    // How much parsing one page may spend on its markup. Parsing takes time that grows
+    // with the square of the nesting depth; markup nested deeper than MaxDepth, or met
+    // after the budget is spent, is shown as its text with the tags dropped.
+    class Budget
+    {
+    public:
+        static constexpr int MaxDepth = 500;
+        bool take(int depth);
+
+    private:
+        qint64 m_left = 100'000'000; // a few hundred milliseconds of parsing
+    };
+
+    static QString clean(const QString &html, Budget *budget = nullptr);
     // The same result, always reached by parsing the markup into a tree; clean() skips
     // the tree for markup that a quick check already finds safe as written.
-    static QString cleanByTree(const QString &html);
+    static QString cleanByTree(const QString &html, Budget *budget = nullptr);
 
     // The text of the markup, escaped for use as text (& and < as references); used
     // where markup has no place, such as the page title.
-    static QString toPlainText(const QString &html);
+    static QString toPlainText(const QString &html, Budget *budget = nullptr);
 
     // Escapes & < > " ' as character references, for text and attribute values.
     static QString escape(const QString &text);

@@ -3,6 +3,8 @@
 #include "feedhtmlcleaner.h"
 #include "feedhtmlrules.h"
 
+#include <QList>
+#include <QString>
 #include <QVarLengthArray>
 
 namespace {
@@ -74,8 +76,20 @@ bool isHeading(GumboTag tag)
     return tag >= GUMBO_TAG_H1 && tag <= GUMBO_TAG_H6;
 }
 
+// Open elements that constrain what may follow.
+enum OpenCount { OpenParagraphs, OpenLinks, OpenHeadings, OpenCountSize };
+
+int openCountOf(GumboTag tag)
+{
+    if (tag == GUMBO_TAG_P)
+        return OpenParagraphs;
+    if (tag == GUMBO_TAG_A)
+        return OpenLinks;
+    return isHeading(tag) ? OpenHeadings : OpenCountSize;
+}
+
 // Whether `tag` may open inside `parent` without the parser moving or closing anything.
-bool fitsInto(GumboTag tag, GumboTag parent, const QVarLengthArray<GumboTag, 16> &open)
+bool fitsInto(GumboTag tag, GumboTag parent, const int *openCounts)
 {
     switch (tag) {
     case GUMBO_TAG_TR:
@@ -102,15 +116,11 @@ bool fitsInto(GumboTag tag, GumboTag parent, const QVarLengthArray<GumboTag, 16>
     }
     if (isTableContainer(parent))
         return false;
-    for (const GumboTag ancestor : open) {
-        if (ancestor == GUMBO_TAG_P && closesParagraph(tag))
-            return false;
-        if (ancestor == GUMBO_TAG_A && tag == GUMBO_TAG_A)
-            return false;
-        if (isHeading(ancestor) && isHeading(tag))
-            return false;
-    }
-    return true;
+    if (openCounts[OpenParagraphs] > 0 && closesParagraph(tag))
+        return false;
+    if (openCounts[OpenLinks] > 0 && tag == GUMBO_TAG_A)
+        return false;
+    return openCounts[OpenHeadings] == 0 || !isHeading(tag);
 }
 
 // An attribute value with "&amp;" as its only character reference, decoded; false for
@@ -194,6 +204,7 @@ private:
         if (m_open.isEmpty() || m_open.last() != tag)
             return false;
         m_open.removeLast();
+        --m_counts[openCountOf(tag)];
         return true;
     }
 
@@ -204,7 +215,7 @@ private:
         if (tag == GUMBO_TAG_UNKNOWN || !isAllowed(tag))
             return false;
         const GumboTag parent = m_open.isEmpty() ? GUMBO_TAG_DIV : m_open.last();
-        if (!fitsInto(tag, parent, m_open))
+        if (m_open.size() >= FeedHtmlCleaner::Budget::MaxDepth || !fitsInto(tag, parent, m_counts))
             return false;
 
         QVarLengthArray<QByteArray, 4> seen;
@@ -254,8 +265,10 @@ private:
                 || (name == "style" && isUnsafeStyle(value)))
                 return false;
         }
-        if (!isVoid(tag))
+        if (!isVoid(tag)) {
             m_open.append(tag);
+            ++m_counts[openCountOf(tag)];
+        }
         return true;
     }
 
@@ -290,6 +303,7 @@ private:
     QStringView m_html;
     qsizetype m_at = 0;
     QVarLengthArray<GumboTag, 16> m_open;
+    int m_counts[OpenCountSize + 1] = {};
 };
 
 } // namespace
@@ -297,4 +311,47 @@ private:
 bool FeedHtmlScan::isSafeAsWritten(QStringView html)
 {
     return Scanner(html).run();
+}
+
+int FeedHtmlScan::nestingEstimate(QStringView html)
+{
+    static const char16_t *const voidNames[] = {u"area", u"base", u"br", u"col", u"embed", u"hr",
+        u"img", u"input", u"keygen", u"link", u"meta", u"param", u"source", u"track", u"wbr",
+        u"basefont", u"bgsound", u"frame", u"image", u"isindex"};
+    QList<QString> open;
+    int deepest = 0;
+    const qsizetype size = html.size();
+    qsizetype at = 0;
+    while ((at = html.indexOf(u'<', at)) >= 0) {
+        ++at;
+        if (html.mid(at).startsWith(u"!--")) {
+            const qsizetype end = html.indexOf(u"-->", at);
+            at = end < 0 ? size : end + 3;
+            continue;
+        }
+        const bool closing = at < size && html.at(at) == u'/';
+        if (closing)
+            ++at;
+        const qsizetype nameStart = at;
+        while (at < size && isNameChar(html.at(at)))
+            ++at;
+        if (at == nameStart || !html.at(nameStart).isLetter())
+            continue;
+        const QString name = html.mid(nameStart, at - nameStart).toString().toLower();
+        if (closing) {
+            if (!open.isEmpty() && open.constLast() == name)
+                open.removeLast();
+            continue;
+        }
+        bool isVoidName = false;
+        for (const char16_t *voidName : voidNames)
+            isVoidName = isVoidName || name == QStringView(voidName);
+        if (!isVoidName) {
+            open.append(name);
+            deepest = qMax(deepest, int(open.size()));
+            if (deepest > FeedHtmlCleaner::Budget::MaxDepth)
+                return deepest; // too deep already; no need to know how deep
+        }
+    }
+    return deepest;
 }

@@ -67,13 +67,13 @@ QString attributeUrl(const QString &url)
 }
 
 void appendItem(QString &page, const FeedItem &item, qint16 number, const QString &linkText,
-    const QString &toggleSign)
+    const QString &toggleSign, FeedHtmlCleaner::Budget *budget)
 {
     const QString n = QString::number(number);
     page += u"<div class='itemborder'>"
             u"<table border=0 width='318px' cellspacing='0px' cellpadding='5px'>"
             u"<tr><td align=left width='283px'><h3>"
-        + FeedHtmlCleaner::clean(item.title)
+        + FeedHtmlCleaner::clean(item.title, budget)
         + u"</h3></td>"
           u"<td align=center valign=top width='15px'>"
           u"<div onmouseover=\"{this.style.cursor='hand'}\" "
@@ -82,7 +82,7 @@ void appendItem(QString &page, const FeedItem &item, qint16 number, const QStrin
         + u"</div></td></tr>"
           u"<tr id='dr"
         + n + u"'><td class='dfont' width='298' colspan=2>";
-    const QString description = FeedHtmlCleaner::clean(item.description);
+    const QString description = FeedHtmlCleaner::clean(item.description, budget);
     if (!description.isEmpty())
         page += description + u' ';
     page += u"\r\n<a class='lnk' href=\"" + attributeUrl(item.link) + u"\" target=\"frm" + n
@@ -98,16 +98,17 @@ QString FeedPage::defaultLinkText()
 
 QString FeedPage::render(const Feed &feed, const QString &linkText, const QString &toggleSign)
 {
+    FeedHtmlCleaner::Budget budget;
     QString page;
     page.reserve(4096 + feed.items.size() * 1024);
-    page += u"<html><head><title>" + FeedHtmlCleaner::toPlainText(feed.title) + u"</title>"
+    page += u"<html><head><title>" + FeedHtmlCleaner::toPlainText(feed.title, &budget) + u"</title>"
         + metaTag + styleBlock + toggleScript + u"<center>";
 
     const QString image = attributeUrl(feed.imageUrl);
     page += u"<div class='hdborder'>"
             u"<table border='0' width='318px' cellspacing='0px' cellpadding='5px'>"
             u"<tr><td><h1>"
-        + FeedHtmlCleaner::clean(feed.title) + u"</h1></td><td valign=top align=right>"
+        + FeedHtmlCleaner::clean(feed.title, &budget) + u"</h1></td><td valign=top align=right>"
         + (image.isEmpty() ? QStringLiteral("&nbsp;") : u"<img src='" + image + u"'>")
         + u"</td></tr></table></div>" + spacerTable;
 
@@ -117,7 +118,7 @@ QString FeedPage::render(const Feed &feed, const QString &linkText, const QStrin
         if (number == std::numeric_limits<qint16>::max())
             break;
         ++number;
-        appendItem(page, item, number, linkText, toggleSign);
+        appendItem(page, item, number, linkText, toggleSign, &budget);
     }
     page += u"</center></body></html>";
     return page;

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void toggleSignAndLinkTextAreTheCallersChoice();
     void titleCannotEscapeItsElements();
     void linksAndImagesAreEscapedAndNeverScript();
+    void deeplyNestedMarkupIsShownAsText();
     void errorPageNamesReasonSourceAndLine();
     void documentOfAnotherKindGivesUnknownTypePage();
 };
@@ -273,6 +274,24 @@ void FeedPageTest::linksAndImagesAreEscapedAndNeverScript()
     feed.imageUrl = QStringLiteral("http://x/a'b.png");
     QVERIFY(
         FeedPage::render(feed, QStringLiteral("L")).contains(u"<img src='http://x/a&#39;b.png'>"));
+}
+
+void FeedPageTest::deeplyNestedMarkupIsShownAsText()
+{
+    // Markup nested this deep would take minutes to parse; it is shown as text instead,
+    // item after item, and the page is still built in moments.
+    QString deep = QStringLiteral("<div>").repeated(100000)
+        + QStringLiteral("Tief <script>alert(1)</script><b>fett");
+    Feed feed;
+    for (int i = 0; i < 50; ++i)
+        feed.items.append({QStringLiteral("T"), deep, QStringLiteral("http://a/")});
+    feed.items.append({QStringLiteral("T"), QStringLiteral("<b>offen"), QString()});
+    const QString page = FeedPage::render(feed, QStringLiteral("L"));
+    QCOMPARE(page.count(u"colspan=2>Tief alert(1)fett \r\n"), 50);
+    QCOMPARE(page.count(u"<script"), 1);
+    QCOMPARE(page.count(u"<div>"), 0);
+    // Ordinary markup after them is still cleaned as usual.
+    QVERIFY(page.contains(u"colspan=2><b>offen</b> \r\n"));
 }
 
 void FeedPageTest::errorPageNamesReasonSourceAndLine()

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void documentTypeWithoutEntitiesIsRead();
     void externalEntityNeverReadsLocalFile();
     void oversizedFeedIsRefusedUnread();
+    void deeplyNestedDocumentIsRefused();
     void everyCorpusFeedGivesSafePage_data();
     void everyCorpusFeedGivesSafePage();
 };
@@ -295,6 +296,26 @@ void FeedParserTest::oversizedFeedIsRefusedUnread()
     QCOMPARE(result.status, FeedParseResult::Status::XmlError);
     QVERIFY2(result.error.reason.contains(u"20 MB"), qPrintable(result.error.reason));
     QCOMPARE(result.error.line, 0);
+}
+
+void FeedParserTest::deeplyNestedDocumentIsRefused()
+{
+    auto nested = [](int depth) -> QByteArray {
+        QByteArray xml = "<rss><channel>\n<item><description>";
+        for (int i = 0; i < depth; ++i)
+            xml += "<x a='>' b=\"/>\">";
+        for (int i = 0; i < depth; ++i)
+            xml += "<y/></x>";
+        return xml + "</description></item></channel></rss>";
+    };
+    const int allowed = FeedDocument::MaxDepth - 5;
+    QCOMPARE(FeedParser::parse(nested(allowed)).status, FeedParseResult::Status::Parsed);
+
+    // Parsing time grows with the square of the depth: 200,000 levels would take hours.
+    const FeedParseResult deep = FeedParser::parse(nested(200000));
+    QCOMPARE(deep.status, FeedParseResult::Status::XmlError);
+    QCOMPARE(deep.error.line, 2);
+    QVERIFY2(deep.error.reason.contains(u"nested"), qPrintable(deep.error.reason));
 }
 
 void FeedParserTest::everyCorpusFeedGivesSafePage_data()
