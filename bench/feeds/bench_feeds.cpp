@@ -44,58 +44,65 @@ QByteArray makeFeed(int items, bool hostile)
     return xml;
 }
 
-// The median of `runs` timings of `work`, in milliseconds.
-double medianMs(int runs, const std::function<void()> &work)
+double elapsedMs(const std::function<void()> &work)
 {
-    std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        times.push_back(timer.nsecsElapsed() / 1e6);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return timer.nsecsElapsed() / 1e6;
 }
 
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// Each run times every step once, one after the other, so that a machine busy with
+// other work slows the baseline and the steps alike; ratios are taken per run.
 void measure(QTextStream &out, const char *label, const QByteArray &bytes, int runs)
 {
     qsizetype sink = 0;
-    const double domPlain = medianMs(runs, [&] {
-        QDomDocument document;
-        document.setContent(bytes);
-        sink += document.documentElement().childNodes().size();
-    });
-    const double domNamespaces = medianMs(runs, [&] {
-        QDomDocument document;
-        document.setContent(bytes, true);
-        sink += document.documentElement().childNodes().size();
-    });
-    const double parse
-        = medianMs(runs, [&] { sink += FeedParser::parse(bytes).feed.items.size(); });
     const Feed feed = FeedParser::parse(bytes).feed;
-    const double render = medianMs(
-        runs, [&] { sink += FeedPage::render(feed, QStringLiteral("Weiterlesen...")).size(); });
-    const double total = medianMs(runs, [&] {
-        const FeedParseResult result = FeedParser::parse(bytes);
-        sink += FeedPage::render(result.feed, QStringLiteral("Weiterlesen...")).size();
-    });
+    enum Step { DomPlain, DomNamespaces, Parse, Render, Total, StepCount };
+    std::vector<double> times[StepCount];
+    std::vector<double> ratios[StepCount];
+    for (int run = 0; run < runs; ++run) {
+        double t[StepCount];
+        t[DomPlain] = elapsedMs([&] {
+            QDomDocument document;
+            document.setContent(bytes);
+            sink += document.documentElement().childNodes().size();
+        });
+        t[DomNamespaces] = elapsedMs([&] {
+            QDomDocument document;
+            document.setContent(bytes, true);
+            sink += document.documentElement().childNodes().size();
+        });
+        t[Parse] = elapsedMs([&] { sink += FeedParser::parse(bytes).feed.items.size(); });
+        t[Render] = elapsedMs(
+            [&] { sink += FeedPage::render(feed, QStringLiteral("Weiterlesen...")).size(); });
+        t[Total] = elapsedMs([&] {
+            const FeedParseResult result = FeedParser::parse(bytes);
+            sink += FeedPage::render(result.feed, QStringLiteral("Weiterlesen...")).size();
+        });
+        for (int step = 0; step < StepCount; ++step) {
+            times[step].push_back(t[step]);
+            ratios[step].push_back(t[step] / t[DomPlain]);
+        }
+    }
 
-    out << label << ": " << feed.items.size() << " items, " << bytes.size() / 1024 << " KiB\n";
-    out << QStringLiteral("  QDomDocument::setContent           %1 ms (baseline)\n")
-               .arg(domPlain, 8, 'f', 1);
-    out << QStringLiteral("  setContent with namespaces         %1 ms  %2x\n")
-               .arg(domNamespaces, 8, 'f', 1)
-               .arg(domNamespaces / domPlain, 0, 'f', 2);
-    out << QStringLiteral("  FeedParser::parse                  %1 ms  %2x\n")
-               .arg(parse, 8, 'f', 1)
-               .arg(parse / domPlain, 0, 'f', 2);
-    out << QStringLiteral("  FeedPage::render                   %1 ms  %2x\n")
-               .arg(render, 8, 'f', 1)
-               .arg(render / domPlain, 0, 'f', 2);
-    out << QStringLiteral("  parse + render                     %1 ms  %2x  (goal <= 2x)\n")
-               .arg(total, 8, 'f', 1)
-               .arg(total / domPlain, 0, 'f', 2);
+    static const char *const names[StepCount]
+        = {"QDomDocument::setContent (baseline)", "setContent with namespaces", "FeedParser::parse",
+            "FeedPage::render", "parse + render (goal <= 2x)"};
+    out << label << ": " << feed.items.size() << " items, " << bytes.size() / 1024 << " KiB, "
+        << runs << " runs, medians\n";
+    for (int step = 0; step < StepCount; ++step) {
+        out << QStringLiteral("  %1 %2 ms  %3x\n")
+                   .arg(QString::fromLatin1(names[step]), -38)
+                   .arg(median(times[step]), 7, 'f', 1)
+                   .arg(median(ratios[step]), 0, 'f', 2);
+    }
     if (sink == 0)
         out << "  (nothing measured)\n";
     out.flush();
@@ -107,7 +114,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QTextStream out(stdout);
-    const int runs = 9;
+    const int runs = 15;
     measure(out, "benign descriptions", makeFeed(10000, false), runs);
     measure(out, "descriptions to clean", makeFeed(10000, true), runs);
     return 0;
