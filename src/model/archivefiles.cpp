@@ -16,10 +16,11 @@ QString pathInFolder(const QString &folder, const QString &fileName)
     return folder + u'/' + fileName;
 }
 
-QString recordText(const QByteArray &record, int offset, int width)
+QString recordText(QByteArrayView record, int offset, int width)
 {
     if (record.size() < offset + width)
-        return RecordReader(record, offset + width).text(offset, width, RecordCodec::Trim::Blanks);
+        return RecordReader(record.toByteArray(), offset + width)
+            .text(offset, width, RecordCodec::Trim::Blanks);
     const char *field = record.constData() + offset;
     int used = width;
     // The padding is long (an address field is 2,083 bytes): skip it a word at a time.
@@ -36,7 +37,7 @@ QString recordText(const QByteArray &record, int offset, int width)
     // NUL bytes before the blanks are the codec's business: it sees the whole field.
     if (used > 0 && field[used - 1] == '\0')
         used = width;
-    return RecordCodec::decodeText(QByteArray::fromRawData(field, used), RecordCodec::Trim::Blanks);
+    return RecordCodec::decodeText(QByteArrayView(field, used), RecordCodec::Trim::Blanks);
 }
 
 qint16 roundTwips(double value)

@@ -48,15 +48,16 @@ QByteArray Book::encodeRecord(const Thema &folder, qint32 number)
 bool Book::LoadAllThema()
 {
     m_lastOutcome = {};
-    const RecordFile::ReadResult read = RecordFile::readAll(indexPath(), RecordLength);
+    const RecordFile::Buffer read = RecordFile::readBuffer(indexPath(), RecordLength);
     note({indexPath(), read.movedAsidePath, read.error});
 
     KeyedList<Thema> folders;
-    folders.reserve(read.records.size());
-    for (const QByteArray &record : read.records) {
+    folders.reserve(std::min<qsizetype>(read.count(), 32767));
+    for (qsizetype i = 0; i < read.count(); ++i) {
         if (folders.count() >= 32767) // folder numbers are 16-bit
             break;
-        const RecordReader reader(record, RecordLength);
+        const QByteArrayView record = read.record(i);
+        const RecordReader reader(record.toByteArray(), RecordLength);
         Thema folder(m_dataFolder);
         const qint32 number = reader.int32(NrAt);
         folder.Nr = qint16(number);

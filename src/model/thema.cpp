@@ -4,6 +4,7 @@
 #include "platform/recordfile.h"
 
 #include <QFile>
+#include <QtEndian>
 
 namespace {
 // Folder file record: number, title, address, description, two flags.
@@ -42,29 +43,39 @@ QString Thema::filePath() const
 
 QByteArray Thema::encodeRecord(const Bookmark &bookmark, qint16 number)
 {
-    RecordWriter writer(RecordLength);
+    QByteArray record(RecordLength, Qt::Uninitialized);
+    encodeRecordTo(record.data(), bookmark, number);
+    return record;
+}
+
+void Thema::encodeRecordTo(char *out, const Bookmark &bookmark, qint16 number)
+{
+    RecordWriter writer(out, RecordLength);
     writer.putInt16(NrAt, number);
     writer.putText(TitelAt, TitelWidth, bookmark.Titel);
     writer.putText(UrlAt, UrlWidth, bookmark.URL);
     writer.putText(InfoAt, InfoWidth, bookmark.Info);
     writer.putInt16(AdresszeileAt, bookmark.Adresszeile);
     writer.putInt16(ToolbarAt, bookmark.Toolbar);
-    return writer.bytes();
 }
 
-Bookmark Thema::decodeRecord(const QByteArray &record)
+Bookmark Thema::decodeRecord(QByteArrayView record)
 {
-    const RecordReader reader(record, RecordLength);
+    if (record.size() < RecordLength) { // a short record reads as if padded with zero bytes
+        QByteArray padded = record.toByteArray();
+        padded.append(RecordLength - padded.size(), '\0');
+        return decodeRecord(padded);
+    }
     Bookmark bookmark;
-    bookmark.Nr = reader.int16(NrAt);
+    bookmark.Nr = qFromLittleEndian<qint16>(record.constData() + NrAt);
     bookmark.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
     bookmark.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
     // A description keeps its line breaks, but a blank left before one by the fixed
     // width of the field is dropped.
     bookmark.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth)
                         .replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
-    bookmark.Adresszeile = reader.int16(AdresszeileAt);
-    bookmark.Toolbar = reader.int16(ToolbarAt);
+    bookmark.Adresszeile = qFromLittleEndian<qint16>(record.constData() + AdresszeileAt);
+    bookmark.Toolbar = qFromLittleEndian<qint16>(record.constData() + ToolbarAt);
     return bookmark;
 }
 
@@ -76,16 +87,16 @@ FileOutcome Thema::LoadBookmarks()
         outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
         return outcome;
     }
-    const RecordFile::ReadResult read = RecordFile::readAll(outcome.path, RecordLength);
+    const RecordFile::Buffer read = RecordFile::readBuffer(outcome.path, RecordLength);
     outcome.movedAsidePath = read.movedAsidePath;
     outcome.error = read.error;
 
     KeyedList<Bookmark> bookmarks;
-    bookmarks.reserve(read.records.size());
-    for (const QByteArray &record : read.records) {
+    bookmarks.reserve(std::min<qsizetype>(read.count(), 32767));
+    for (qsizetype i = 0; i < read.count(); ++i) {
         if (bookmarks.count() >= 32767) // the numbers are 16-bit
             break;
-        Bookmark bookmark = decodeRecord(record);
+        Bookmark bookmark = decodeRecord(read.record(i));
         // Numbers are positions in files this program writes; a damaged file with a
         // number twice or out of range still keeps every entry.
         if (bookmark.Nr < 1 || bookmarks.contains(bookmarkKey(bookmark.Nr))) {
@@ -126,10 +137,10 @@ FileOutcome Thema::SaveBookmarks()
         return outcome;
     }
     if (colBookmark) {
-        QByteArray bytes;
-        bytes.reserve(colBookmark->count() * RecordLength);
+        // Every record is encoded in place in the file's bytes.
+        QByteArray bytes(colBookmark->count() * RecordLength, Qt::Uninitialized);
         for (qsizetype i = 0; i < colBookmark->count(); ++i)
-            bytes.append(encodeRecord(colBookmark->at(i), qint16(i + 1)));
+            encodeRecordTo(bytes.data() + i * RecordLength, colBookmark->at(i), qint16(i + 1));
         RecordFile::writeBytes(outcome.path, bytes, &outcome.error);
     }
     if (outcome.ok())

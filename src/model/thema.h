@@ -60,7 +60,9 @@ public:
     const QString &dataFolder() const { return m_dataFolder; }
 
     static QByteArray encodeRecord(const Bookmark &bookmark, qint16 number);
-    static Bookmark decodeRecord(const QByteArray &record);
+    // Encodes into the RecordLength bytes at `out`.
+    static void encodeRecordTo(char *out, const Bookmark &bookmark, qint16 number);
+    static Bookmark decodeRecord(QByteArrayView record);
 
 private:
     QString m_dataFolder;

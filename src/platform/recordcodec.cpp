@@ -7,6 +7,42 @@
 
 namespace RecordCodec {
 
+namespace {
+bool isAscii(QByteArrayView bytes)
+{
+    const char *at = bytes.constData();
+    const char *const end = at + bytes.size();
+    constexpr quint64 highBits = 0x8080808080808080ULL;
+    for (; end - at >= 8; at += 8) {
+        quint64 word;
+        std::memcpy(&word, at, sizeof word);
+        if (word & highBits)
+            return false;
+    }
+    for (; at < end; ++at) {
+        if (static_cast<quint8>(*at) & 0x80)
+            return false;
+    }
+    return true;
+}
+} // namespace
+
+void encodeTextTo(char *out, QStringView text, int width)
+{
+    // Most fields are plain ASCII: those are copied straight in, without a UTF-8 copy.
+    const qsizetype size = text.size();
+    const char16_t *chars = text.utf16();
+    qsizetype i = 0;
+    for (; i < size && i < width && chars[i] < 0x80; ++i)
+        out[i] = char(chars[i]);
+    if (i == size || i == width) {
+        std::memset(out + i, ' ', size_t(width - i));
+        return;
+    }
+    const QByteArray bytes = encodeText(text.toString(), width);
+    std::memcpy(out, bytes.constData(), size_t(width));
+}
+
 QByteArray encodeText(const QString &text, int width)
 {
     QByteArray bytes = text.toUtf8();
@@ -59,6 +95,11 @@ QString trimBlanks(const QString &text)
 
 QString decodeText(const QByteArray &field, Trim trim)
 {
+    return decodeText(QByteArrayView(field), trim);
+}
+
+QString decodeText(QByteArrayView field, Trim trim)
+{
     // Padding is cut off before decoding: most of a field is usually blanks.
     qsizetype begin = 0;
     qsizetype end = field.size();
@@ -71,6 +112,9 @@ QString decodeText(const QByteArray &field, Trim trim)
             ++begin;
     }
     const QByteArrayView bytes(field.constData() + begin, end - begin);
+    // ASCII reads the same in UTF-8 and Latin-1, and its blanks are already trimmed.
+    if (isAscii(bytes))
+        return QString::fromLatin1(bytes);
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder.decode(bytes);
     if (decoder.hasError())
@@ -82,29 +126,35 @@ QString decodeText(const QByteArray &field, Trim trim)
 
 RecordWriter::RecordWriter(int length)
     : m_bytes(length, '\0')
+    , m_data(m_bytes.data())
 { }
+
+RecordWriter::RecordWriter(char *target, int length)
+    : m_data(target)
+{
+    std::memset(m_data, 0, size_t(length));
+}
 
 void RecordWriter::putInt16(int offset, qint16 value)
 {
-    qToLittleEndian(value, m_bytes.data() + offset);
+    qToLittleEndian(value, m_data + offset);
 }
 
 void RecordWriter::putInt32(int offset, qint32 value)
 {
-    qToLittleEndian(value, m_bytes.data() + offset);
+    qToLittleEndian(value, m_data + offset);
 }
 
 void RecordWriter::putDouble(int offset, double value)
 {
     quint64 raw;
     std::memcpy(&raw, &value, sizeof raw);
-    qToLittleEndian(raw, m_bytes.data() + offset);
+    qToLittleEndian(raw, m_data + offset);
 }
 
 void RecordWriter::putText(int offset, int width, const QString &text)
 {
-    const QByteArray field = RecordCodec::encodeText(text, width);
-    std::memcpy(m_bytes.data() + offset, field.constData(), width);
+    RecordCodec::encodeTextTo(m_data + offset, text, width);
 }
 
 RecordReader::RecordReader(QByteArray record, int length)
@@ -134,7 +184,7 @@ double RecordReader::float64(int offset) const
 
 QString RecordReader::text(int offset, int width, RecordCodec::Trim trim) const
 {
-    return RecordCodec::decodeText(m_bytes.mid(offset, width), trim);
+    return RecordCodec::decodeText(QByteArrayView(m_bytes).sliced(offset, width), trim);
 }
 
 quint8 RecordReader::byteAt(int offset) const

@@ -15,6 +15,9 @@ QByteArray encodeText(const QString &text, int width);
 // Decodes a field: UTF-8 when the bytes are valid UTF-8, otherwise Windows-1252
 // (files written by the Windows program). Trailing NUL bytes count as padding.
 QString decodeText(const QByteArray &field, Trim trim);
+QString decodeText(QByteArrayView field, Trim trim);
+// Encodes text into exactly `width` bytes at `out`, as encodeText does.
+void encodeTextTo(char *out, QStringView text, int width);
 // Windows-1252 decoding of arbitrary bytes.
 QString decodeWindows1252(const QByteArray &bytes);
 bool isValidUtf8(const QByteArray &bytes);
@@ -23,21 +26,27 @@ QString trimBlanks(const QString &text);
 
 } // namespace RecordCodec
 
-// Builds one record of a fixed length, zero-filled until written.
+// Builds one record of a fixed length, zero-filled until written: in bytes of its own,
+// or in place at `target`, which must hold `length` bytes (a file of many records is
+// then built without a copy of each).
 class RecordWriter final
 {
 public:
     explicit RecordWriter(int length);
+    RecordWriter(char *target, int length);
+    Q_DISABLE_COPY_MOVE(RecordWriter)
 
     void putInt16(int offset, qint16 value);
     void putInt32(int offset, qint32 value);
     void putDouble(int offset, double value);
     void putText(int offset, int width, const QString &text);
 
+    // The record built in bytes of its own; empty when it was built in place.
     const QByteArray &bytes() const { return m_bytes; }
 
 private:
     QByteArray m_bytes;
+    char *m_data;
 };
 
 // Reads fields out of one record; reads beyond a short record yield zero bytes.

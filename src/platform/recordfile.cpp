@@ -8,34 +8,48 @@
 
 namespace RecordFile {
 
-ReadResult readAll(const QString &path, int recordLength, Missing missing)
+Buffer readBuffer(const QString &path, int recordLength, Missing missing)
 {
-    ReadResult result;
+    Buffer result;
+    result.recordLength = recordLength;
     QFile file(path);
     if (!file.exists()) {
         if (missing == Missing::CreateEmpty && !writeBytes(path, {}, &result.error))
             return result;
         return result;
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    // Unbuffered: the file is read in one piece, and QFile's own buffer would only
+    // add a copy.
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         result.error = file.errorString();
         return result;
     }
-    if (file.size() % recordLength != 0) {
+    const qint64 size = file.size();
+    if (size % recordLength != 0) {
         file.close();
         result.movedAsidePath = moveAside(path);
         if (result.movedAsidePath.isEmpty())
             result.error = QStringLiteral("cannot move %1 aside").arg(path);
         return result;
     }
-    const QByteArray all = file.readAll();
-    if (all.size() != file.size()) {
+    result.bytes.resize(size);
+    if (file.read(result.bytes.data(), size) != size) {
         result.error = file.errorString();
-        return result;
+        result.bytes.clear();
     }
-    result.records.reserve(all.size() / recordLength);
-    for (qsizetype at = 0; at < all.size(); at += recordLength)
-        result.records.append(all.mid(at, recordLength));
+    return result;
+}
+
+ReadResult readAll(const QString &path, int recordLength, Missing missing)
+{
+    Buffer buffer = readBuffer(path, recordLength, missing);
+    ReadResult result;
+    result.movedAsidePath = std::move(buffer.movedAsidePath);
+    result.error = std::move(buffer.error);
+    const qsizetype count = buffer.count();
+    result.records.reserve(count);
+    for (qsizetype i = 0; i < count; ++i)
+        result.records.append(buffer.record(i).toByteArray());
     return result;
 }
 

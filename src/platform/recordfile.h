@@ -23,6 +23,27 @@ enum class Missing { CreateEmpty, LeaveAbsent };
 
 ReadResult readAll(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
 
+// The whole file in one buffer, for readers that decode the records in place instead
+// of holding a copy of each: a large folder file is hundreds of megabytes.
+struct Buffer
+{
+    QByteArray bytes; // a whole number of records
+    qsizetype recordLength = 1;
+    // As in ReadResult.
+    QString movedAsidePath;
+    QString error;
+
+    bool ok() const { return error.isEmpty(); }
+    qsizetype count() const { return bytes.size() / recordLength; }
+    QByteArrayView record(qsizetype index) const
+    {
+        return QByteArrayView(bytes.constData() + index * recordLength, recordLength);
+    }
+};
+
+// Reads as readAll does, moving aside a file that is not a whole number of records.
+Buffer readBuffer(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
+
 // Writes the records in order, replacing the file atomically. Returns false and
 // sets *error when the file could not be written; the old file then stays.
 bool writeAll(const QString &path, const QList<QByteArray> &records, QString *error = nullptr);
