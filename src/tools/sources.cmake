@@ -5,6 +5,7 @@ list(APPEND VANTRELL_CORE_SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/netscapeexport.cpp
     ${CMAKE_CURRENT_LIST_DIR}/netscapeimport.cpp
     ${CMAKE_CURRENT_LIST_DIR}/textexports.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/utf8writer.cpp
     ${CMAKE_CURRENT_LIST_DIR}/xmlexports.cpp
 )
 list(APPEND VANTRELL_UI_SOURCES

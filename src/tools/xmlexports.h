@@ -5,8 +5,8 @@
 #include <QDateTime>
 #include <QList>
 
-// The XML bookmark document and the RSS 2.0 channel, built as DOM documents. Titles
-// are display titles (no feed mark).
+// The XML bookmark document and the RSS 2.0 channel, written as QDomDocument writes
+// them with an indent of 2. Titles are display titles (no feed mark).
 // A folder whose bookmarks were never loaded is written without bookmarks: load
 // them first (Book::ensureLoaded).
 namespace XmlExports {
