@@ -5,6 +5,7 @@
 
 #include <QNetworkAccessManager>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -99,6 +100,7 @@ class FeedFetchTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
     void fetcherFollowsRedirects();
     void fetcherCutsOffFeedThatNeverEnds();
     void fetcherGivesUpOnSilentServer();

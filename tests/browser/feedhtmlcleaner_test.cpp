@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 
 class FeedHtmlCleanerTest : public QObject
@@ -11,6 +12,7 @@ class FeedHtmlCleanerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
     void benignMarkupStaysByteForByte_data();
     void benignMarkupStaysByteForByte();
     void hostileMarkupIsRemoved_data();

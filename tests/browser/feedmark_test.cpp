@@ -1,5 +1,6 @@
 #include "browser/feedmark.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 class FeedMarkTest : public QObject
@@ -7,6 +8,7 @@ class FeedMarkTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
     void titleWithLeadingMarkOpensAsFeed_data();
     void titleWithLeadingMarkOpensAsFeed();
     void displayTitleLosesOnlyAFeedMark();

@@ -1,6 +1,7 @@
 #include "browser/feedpage.h"
 #include "browser/feedparser.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -59,6 +60,7 @@ class FeedPageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
     void rssFeedGivesExactPage();
     void rdfFeedGivesExactPage();
     void atomFeedGivesExactPage();

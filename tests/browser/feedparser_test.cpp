@@ -30,6 +30,7 @@ class FeedParserTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
     void readsPrefixedAndNamespacedElements();
     void atomEntryPrefersAlternateLinkAndFallsBackToSummary();
     void valuesAreTrimmedAndMissingOnesEmpty();
