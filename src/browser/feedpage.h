@@ -6,7 +6,8 @@
 
 // The HTML page that shows a feed: a header box with the feed's title and image and one
 // collapsible box per item. Titles and descriptions pass through FeedHtmlCleaner, links
-// and image addresses are escaped for their attributes; everything else is fixed text.
+// and image addresses are escaped for their attributes; everything else is fixed text or,
+// like the link text and the toggle sign, the caller's own markup written as given.
 class FeedPage final
 {
 public:

@@ -31,8 +31,8 @@ QString prefixOf(const QString &name)
     return colon < 0 ? QString() : name.left(colon);
 }
 
-// Whether `e` stands for `name` when no child has that literal name: same local name,
-// and with the parent's prefix (the feed's own vocabulary) when `samePrefix` is set.
+// Whether `e` stands for a name when no child has that literal name: same local name,
+// and, when `parentPrefix` is given, the parent's prefix (the feed's own vocabulary).
 bool matchesLocally(const QDomElement &e, const QString &local, const QString *parentPrefix)
 {
     const QString nodeName = e.nodeName();
