@@ -146,12 +146,14 @@ int entityDeclarationLine(const QString &text)
     return 0;
 }
 
-// The line of the first element nested deeper than `limit`, or 0. A quick pass over the
-// markup; the parser itself reports anything it misjudges in a malformed document.
-int deepNestingLine(const QString &text, int limit)
+// Checks in one quick pass over the markup that elements nest no deeper than MaxDepth and
+// number no more than MaxElements; the parser itself reports anything this pass misjudges
+// in a malformed document.
+bool checkStructure(const QString &text, FeedError *error)
 {
     const qsizetype size = text.size();
     int depth = 0;
+    int elements = 0;
     qsizetype at = 0;
     auto skipPast = [&](QStringView end) {
         const qsizetype found = text.indexOf(end, at);
@@ -162,35 +164,50 @@ int deepNestingLine(const QString &text, int limit)
         if (rest.startsWith(u"</")) {
             depth = qMax(0, depth - 1);
             at += 2;
-        } else if (rest.startsWith(u"<!--")) {
+            continue;
+        }
+        if (rest.startsWith(u"<!--")) {
             skipPast(u"-->");
-        } else if (rest.startsWith(u"<![CDATA[")) {
+            continue;
+        }
+        if (rest.startsWith(u"<![CDATA[")) {
             skipPast(u"]]>");
-        } else if (rest.startsWith(u"<?")) {
+            continue;
+        }
+        if (rest.startsWith(u"<?")) {
             skipPast(u"?>");
-        } else if (rest.startsWith(u"<!")) {
+            continue;
+        }
+        if (rest.startsWith(u"<!")) {
             skipPast(u">");
-        } else {
-            // A start tag; attribute values cannot hold "<", so a tag never runs past one.
-            const qsizetype tagStart = at;
+            continue;
+        }
+        // A start tag; attribute values cannot hold "<", so a tag never runs past one.
+        const qsizetype tagStart = at;
+        ++at;
+        while (at < size && text.at(at) != u'>' && text.at(at) != u'<') {
+            if (text.at(at) == u'"' || text.at(at) == u'\'') {
+                qsizetype close = at + 1;
+                while (close < size && text.at(close) != text.at(at) && text.at(close) != u'<')
+                    ++close;
+                at = close < size && text.at(close) == u'<' ? close - 1 : close;
+            }
             ++at;
-            while (at < size && text.at(at) != u'>' && text.at(at) != u'<') {
-                if (text.at(at) == u'"' || text.at(at) == u'\'') {
-                    qsizetype close = at + 1;
-                    while (close < size && text.at(close) != text.at(at) && text.at(close) != u'<')
-                        ++close;
-                    at = close < size && text.at(close) == u'<' ? close - 1 : close;
-                }
-                ++at;
-            }
-            if (at < size && text.at(at) == u'>') {
-                if (text.at(at - 1) != u'/' && ++depth > limit)
-                    return countLines(QStringView(text).left(tagStart)) + 1;
-                ++at;
-            }
+        }
+        if (at >= size || text.at(at) != u'>')
+            continue;
+        ++at;
+        const bool tooDeep = text.at(at - 2) != u'/' && ++depth > FeedDocument::MaxDepth;
+        if (tooDeep || ++elements > FeedDocument::MaxElements) {
+            error->reason = tooDeep ? QStringLiteral("Elements are nested deeper than %1 levels.")
+                                          .arg(FeedDocument::MaxDepth)
+                                    : QStringLiteral("Document has more than %1 elements.")
+                                          .arg(FeedDocument::MaxElements);
+            error->line = countLines(QStringView(text).left(tagStart)) + 1;
+            return false;
         }
     }
-    return 0;
+    return true;
 }
 
 } // namespace
@@ -250,10 +267,10 @@ bool FeedDocument::setContent(const QByteArray &bytes, FeedError *error)
         return false;
     }
 
-    // The document parser takes time that grows with the square of the nesting depth.
-    if (const int line = deepNestingLine(text, MaxDepth)) {
-        error->reason = QStringLiteral("Elements are nested deeper than %1 levels.").arg(MaxDepth);
-        error->line = line + skippedLines;
+    // The document parser takes time that grows with the square of the nesting depth,
+    // and memory of some hundred bytes per element.
+    if (!checkStructure(text, error)) {
+        error->line += skippedLines;
         return false;
     }
 

@@ -17,13 +17,15 @@
 // - blank lines and spaces before the XML declaration are skipped;
 // - a document type that declares entities is refused before parsing, so no entity is
 //   ever expanded (entity bombs) or resolved (external files);
-// - a document larger than MaxBytes or with elements nested deeper than MaxDepth is
-//   refused (no feed comes near either, and parsing such a document takes too long).
+// - a document larger than MaxBytes, with elements nested deeper than MaxDepth or with
+//   more than MaxElements elements is refused (no feed comes near any of these, and
+//   such a document would cost too much time or memory to parse).
 class FeedDocument final
 {
 public:
     static constexpr qint64 MaxBytes = 20 * 1024 * 1024;
     static constexpr int MaxDepth = 1000;
+    static constexpr int MaxElements = 250000;
 
     // True when a feed of this many bytes is not read; a caller receiving bytes from
     // the network stops as soon as this turns true.

@@ -44,7 +44,7 @@ private Q_SLOTS:
     void documentTypeWithoutEntitiesIsRead();
     void externalEntityNeverReadsLocalFile();
     void oversizedFeedIsRefusedUnread();
-    void deeplyNestedDocumentIsRefused();
+    void deeplyNestedOrCrowdedDocumentIsRefused();
     void everyCorpusFeedGivesSafePage_data();
     void everyCorpusFeedGivesSafePage();
 };
@@ -299,7 +299,7 @@ void FeedParserTest::oversizedFeedIsRefusedUnread()
     QCOMPARE(result.error.line, 0);
 }
 
-void FeedParserTest::deeplyNestedDocumentIsRefused()
+void FeedParserTest::deeplyNestedOrCrowdedDocumentIsRefused()
 {
     auto nested = [](int depth) -> QByteArray {
         QByteArray xml = "<rss><channel>\n<item><description>";
@@ -317,6 +317,14 @@ void FeedParserTest::deeplyNestedDocumentIsRefused()
     QCOMPARE(deep.status, FeedParseResult::Status::XmlError);
     QCOMPARE(deep.error.line, 2);
     QVERIFY2(deep.error.reason.contains(u"nested"), qPrintable(deep.error.reason));
+
+    // A few hundred bytes of memory per element: millions of tiny ones are refused.
+    QByteArray crowded = "<rss><channel><item>";
+    crowded += QByteArray("<x/>").repeated(FeedDocument::MaxElements);
+    crowded += "</item></channel></rss>";
+    const FeedParseResult many = FeedParser::parse(crowded);
+    QCOMPARE(many.status, FeedParseResult::Status::XmlError);
+    QVERIFY2(many.error.reason.contains(u"elements"), qPrintable(many.error.reason));
 }
 
 void FeedParserTest::everyCorpusFeedGivesSafePage_data()
