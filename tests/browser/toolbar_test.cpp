@@ -74,9 +74,12 @@ private:
     frmBrowser *openOn(const char *path, const char *title)
     {
         frmBrowser *window = m_frame->OpenNewBrowser(url(path));
+        // A page may report the end of loading before its document is built.
         if (!QTest::qWaitFor(
                 [&] {
-                    return window->Title == QLatin1String(title) && !window->page()->isLoading();
+                    return window->Title == QLatin1String(title) && !window->page()->isLoading()
+                        && evaluate(window, QStringLiteral("document.readyState")).toString()
+                        == u"complete";
                 },
                 Wait))
             qWarning("page %s did not load", path);
