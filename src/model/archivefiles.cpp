@@ -23,7 +23,10 @@ QString recordText(QByteArrayView record, int offset, int width)
             .text(offset, width, RecordCodec::Trim::Blanks);
     const char *field = record.constData() + offset;
     int used = width;
-    // The padding is long (an address field is 2,083 bytes): skip it a word at a time.
+    // The padding is long (an address field is 2,083 bytes): skip it a block at a time.
+    static const QByteArray block(64, ' ');
+    while (used >= 64 && std::memcmp(field + used - 64, block.constData(), 64) == 0)
+        used -= 64;
     constexpr quint64 blanks = 0x2020202020202020ULL;
     while (used >= 8) {
         quint64 word;

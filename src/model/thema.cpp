@@ -4,6 +4,7 @@
 #include "platform/recordfile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QtEndian>
 
 namespace {
@@ -31,9 +32,31 @@ QString Thema::bookmarkKey(qint16 bookmarkNr) const
     return bookmarkKey(Nr, bookmarkNr);
 }
 
+namespace {
+// Writes the decimal digits of n before `end` and returns where they begin.
+char16_t *digitsBefore(char16_t *end, qint16 n)
+{
+    int value = n < 0 ? -int(n) : int(n);
+    do {
+        *--end = char16_t(u'0' + value % 10);
+        value /= 10;
+    } while (value > 0);
+    if (n < 0)
+        *--end = u'-';
+    return end;
+}
+} // namespace
+
 QString Thema::bookmarkKey(qint16 folderNr, qint16 bookmarkNr)
 {
-    return u'>' + QString::number(folderNr) + u'|' + QString::number(bookmarkNr);
+    // Built in place: a large folder needs one key for each of its bookmarks.
+    char16_t buffer[16];
+    char16_t *const end = buffer + 16;
+    char16_t *begin = digitsBefore(end, bookmarkNr);
+    *--begin = u'|';
+    begin = digitsBefore(begin, folderNr);
+    *--begin = u'>';
+    return QString(reinterpret_cast<const QChar *>(begin), end - begin);
 }
 
 QString Thema::filePath() const
@@ -87,27 +110,32 @@ FileOutcome Thema::LoadBookmarks()
         outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
         return outcome;
     }
-    const RecordFile::Buffer read = RecordFile::readBuffer(outcome.path, RecordLength);
-    outcome.movedAsidePath = read.movedAsidePath;
-    outcome.error = read.error;
-
     KeyedList<Bookmark> bookmarks;
-    bookmarks.reserve(std::min<qsizetype>(read.count(), 32767));
-    for (qsizetype i = 0; i < read.count(); ++i) {
+    bookmarks.reserve(std::min<qint64>(QFileInfo(outcome.path).size() / RecordLength, 32767));
+    const auto take = [this, &bookmarks](QByteArrayView record) {
         if (bookmarks.count() >= 32767) // the numbers are 16-bit
-            break;
-        Bookmark bookmark = decodeRecord(read.record(i));
+            return false;
+        Bookmark bookmark = decodeRecord(record);
         // Numbers are positions in files this program writes; a damaged file with a
         // number twice or out of range still keeps every entry.
-        if (bookmark.Nr < 1 || bookmarks.contains(bookmarkKey(bookmark.Nr))) {
+        QString key = bookmarkKey(bookmark.Nr);
+        if (bookmark.Nr < 1 || bookmarks.contains(key)) {
             qint16 free = qint16(std::min<qsizetype>(bookmarks.count() + 1, 32767));
             while (bookmarks.contains(bookmarkKey(free)))
                 free = free == 32767 ? 1 : qint16(free + 1);
             bookmark.Nr = free;
+            key = bookmarkKey(free);
         }
-        const QString key = bookmarkKey(bookmark.Nr);
         bookmarks.add(key, std::move(bookmark));
-    }
+        return true;
+    };
+    const RecordFile::Buffer read
+        = RecordFile::readEach(outcome.path, RecordLength, RecordFile::Missing::CreateEmpty, take);
+    outcome.movedAsidePath = read.movedAsidePath;
+    outcome.error = read.error;
+    // A file that could not be read to its end gives no bookmarks at all.
+    if (!read.ok())
+        bookmarks.clear();
     if (!bookmarks.isEmpty()) {
         ItCounter = qint16(std::min<qsizetype>(bookmarks.count(), 32767));
         colBookmark = std::move(bookmarks);

@@ -27,20 +27,50 @@ bool isAscii(QByteArrayView bytes)
 }
 } // namespace
 
+void encodeUtf8(const char16_t *&at, const char16_t *end, char *&out)
+{
+    const char16_t c = *at++;
+    if (c < 0x800) {
+        *out++ = char(0xC0 | (c >> 6));
+        *out++ = char(0x80 | (c & 0x3F));
+    } else if (c < 0xD800 || c > 0xDFFF) {
+        *out++ = char(0xE0 | (c >> 12));
+        *out++ = char(0x80 | ((c >> 6) & 0x3F));
+        *out++ = char(0x80 | (c & 0x3F));
+    } else if (c < 0xDC00 && at < end && *at >= 0xDC00 && *at <= 0xDFFF) {
+        const char32_t u = 0x10000 + ((char32_t(c) - 0xD800) << 10) + (char32_t(*at++) - 0xDC00);
+        *out++ = char(0xF0 | (u >> 18));
+        *out++ = char(0x80 | ((u >> 12) & 0x3F));
+        *out++ = char(0x80 | ((u >> 6) & 0x3F));
+        *out++ = char(0x80 | (u & 0x3F));
+    } else {
+        *out++ = '?';
+    }
+}
+
 void encodeTextTo(char *out, QStringView text, int width)
 {
-    // Most fields are plain ASCII: those are copied straight in, without a UTF-8 copy.
-    const qsizetype size = text.size();
-    const char16_t *chars = text.utf16();
-    qsizetype i = 0;
-    for (; i < size && i < width && chars[i] < 0x80; ++i)
-        out[i] = char(chars[i]);
-    if (i == size || i == width) {
-        std::memset(out + i, ' ', size_t(width - i));
-        return;
+    // Written straight into the record: whole characters while they fit, which is
+    // where encodeText cuts, then the blank padding.
+    const char16_t *at = text.utf16();
+    const char16_t *const end = at + text.size();
+    char *const limit = out + width;
+    while (at < end && out < limit) {
+        if (*at < 0x80) {
+            *out++ = char(*at++);
+            continue;
+        }
+        char character[4];
+        char *last = character;
+        const char16_t *next = at;
+        encodeUtf8(next, end, last);
+        if (last - character > limit - out)
+            break;
+        std::memcpy(out, character, size_t(last - character));
+        out += last - character;
+        at = next;
     }
-    const QByteArray bytes = encodeText(text.toString(), width);
-    std::memcpy(out, bytes.constData(), size_t(width));
+    std::memset(out, ' ', size_t(limit - out));
 }
 
 QByteArray encodeText(const QString &text, int width)

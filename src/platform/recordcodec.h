@@ -18,6 +18,9 @@ QString decodeText(const QByteArray &field, Trim trim);
 QString decodeText(QByteArrayView field, Trim trim);
 // Encodes text into exactly `width` bytes at `out`, as encodeText does.
 void encodeTextTo(char *out, QStringView text, int width);
+// Writes the UTF-8 of the character at `at` (not ASCII) to `out` as QString::toUtf8
+// does, a lone surrogate as '?'; advances both. At most four bytes.
+void encodeUtf8(const char16_t *&at, const char16_t *end, char *&out);
 // Windows-1252 decoding of arbitrary bytes.
 QString decodeWindows1252(const QByteArray &bytes);
 bool isValidUtf8(const QByteArray &bytes);

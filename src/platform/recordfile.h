@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 // Whole-file access to fixed-length record files. Every rewrite is atomic; a file
 // that cannot hold whole records is moved aside, never deleted.
 namespace RecordFile {
@@ -43,6 +45,14 @@ struct Buffer
 
 // Reads as readAll does, moving aside a file that is not a whole number of records.
 Buffer readBuffer(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
+
+// Reads as readAll does, but a block of records at a time into one small buffer that is
+// used again for the next block, and hands each record in file order to `take`, which
+// returns false to read no further. A record's bytes are only valid during the call.
+// Returns what readBuffer returns, without the bytes. When the file cannot be read to
+// its end, records before the failure may already have been handed out.
+Buffer readEach(const QString &path, int recordLength, Missing missing,
+    const std::function<bool(QByteArrayView record)> &take);
 
 // Writes the records in order, replacing the file atomically. Returns false and
 // sets *error when the file could not be written; the old file then stays.
