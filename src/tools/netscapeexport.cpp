@@ -2,6 +2,7 @@
 
 #include "app/appinfo.h"
 #include "platform/recordfile.h"
+#include "utf8writer.h"
 
 namespace NetscapeExport {
 
@@ -26,36 +27,57 @@ QString head(const QDateTime &now, bool archive)
         + (archive ? QStringLiteral("<DL>") : QString()) + crlf;
 }
 
-void appendFolder(QString &out, const Thema &folder, const QString &stamp)
+void appendFolder(Utf8Writer &out, const Thema &folder, const QByteArray &stamp)
 {
-    out += QStringLiteral("<DT><H3 FOLDED ADD_DATE=\"") + stamp + QStringLiteral("\">")
-        + folder.DirName() + QStringLiteral("</H3><DL><P>") + crlf;
+    out.ascii("<DT><H3 FOLDED ADD_DATE=\"");
+    out.raw(stamp.constData(), stamp.size());
+    out.ascii("\">");
+    out.text(folder.DirName());
+    out.ascii("</H3><DL><P>\r\n");
     if (folder.colBookmark) {
         for (qsizetype i = 0; i < folder.colBookmark->count(); ++i) {
             const Bookmark &bookmark = folder.colBookmark->at(i);
-            out += QStringLiteral("<DT><A HREF=\"") + bookmark.URL
-                + QStringLiteral("\" ADD_DATE=\"") + stamp + QStringLiteral("\" LAST_VISIT=\"")
-                + stamp + QStringLiteral("\" LAST_MODIFIED=\"") + stamp + QStringLiteral("\">")
-                + bookmark.Titel + QStringLiteral("</A>");
-            if (!bookmark.Info.isEmpty())
-                out += crlf + QStringLiteral("<DD>") + convertedDescription(bookmark.Info);
-            out += crlf;
+            out.ascii("<DT><A HREF=\"");
+            out.text(bookmark.URL);
+            out.ascii("\" ADD_DATE=\"");
+            out.raw(stamp.constData(), stamp.size());
+            out.ascii("\" LAST_VISIT=\"");
+            out.raw(stamp.constData(), stamp.size());
+            out.ascii("\" LAST_MODIFIED=\"");
+            out.raw(stamp.constData(), stamp.size());
+            out.ascii("\">");
+            out.text(bookmark.Titel);
+            out.ascii("</A>");
+            if (!bookmark.Info.isEmpty()) {
+                out.ascii("\r\n<DD>");
+                // Only a description with line breaks changes.
+                if (bookmark.Info.contains(crlf))
+                    out.text(convertedDescription(bookmark.Info));
+                else
+                    out.text(bookmark.Info);
+            }
+            out.ascii("\r\n");
         }
     }
-    out += QStringLiteral("</DL><P>") + crlf;
+    out.ascii("</DL><P>\r\n");
 }
 
-// Room for the whole file up front: a large archive otherwise grows the text many times.
+// Room for the whole file up front: a large archive otherwise grows the bytes many times.
 qsizetype estimatedSize(const Thema &folder)
 {
-    qsizetype size = folder.DirName().size() + 80;
+    qsizetype size = folder.DirName().size() * 3 + 80;
     if (folder.colBookmark) {
         for (qsizetype i = 0; i < folder.colBookmark->count(); ++i) {
             const Bookmark &b = folder.colBookmark->at(i);
-            size += b.Titel.size() + b.URL.size() + b.Info.size() * 2 + 140;
+            size += (b.Titel.size() + b.URL.size() + b.Info.size() * 2) * 9 / 8 + 140;
         }
     }
     return size;
+}
+
+QByteArray stampOf(const QDateTime &now)
+{
+    return QByteArray::number(timestamp(now));
 }
 
 bool write(const QString &path, const QByteArray &bytes, QString *error)
@@ -80,24 +102,24 @@ QString convertedDescription(const QString &info)
 
 QByteArray archiveBytes(const Book &book, const QDateTime &now)
 {
-    const QString stamp = QString::number(timestamp(now));
-    QString out = head(now, true);
-    qsizetype size = out.size() + 16;
+    const QByteArray stamp = stampOf(now);
+    qsizetype size = 512;
     for (qsizetype i = 0; i < book.colThema.count(); ++i)
         size += estimatedSize(book.colThema.at(i));
-    out.reserve(size);
+    Utf8Writer out(size);
+    out.text(head(now, true));
     for (qsizetype i = 0; i < book.colThema.count(); ++i)
         appendFolder(out, book.colThema.at(i), stamp);
-    out += QStringLiteral("</DL>") + crlf;
-    return out.toUtf8();
+    out.ascii("</DL>\r\n");
+    return out.take();
 }
 
 QByteArray folderBytes(const Thema &folder, const QDateTime &now)
 {
-    QString out = head(now, false);
-    out.reserve(out.size() + estimatedSize(folder));
-    appendFolder(out, folder, QString::number(timestamp(now)));
-    return out.toUtf8();
+    Utf8Writer out(512 + estimatedSize(folder));
+    out.text(head(now, false));
+    appendFolder(out, folder, stampOf(now));
+    return out.take();
 }
 
 bool writeArchive(const QString &path, const Book &book, const QDateTime &now, QString *error)

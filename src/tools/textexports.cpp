@@ -1,58 +1,99 @@
 #include "textexports.h"
 
 #include "app/uitexts.h"
+#include "utf8writer.h"
 
 namespace TextExports {
 
 namespace {
-const QString crlf = QStringLiteral("\r\n");
+
+QStringView displayTitle(const QString &title)
+{
+    return FeedMark::isFeedTitle(title) ? QStringView(title).mid(8) : QStringView(title);
 }
+
+// Room for the whole listing up front, so that its bytes are not copied while they grow.
+qsizetype estimatedSize(const QList<const Thema *> &folders)
+{
+    qsizetype size = 1024;
+    for (const Thema *folder : folders) {
+        size += folder->DirName().size() * 3 + 40;
+        if (!folder->colBookmark)
+            continue;
+        for (qsizetype i = 0; i < folder->colBookmark->count(); ++i) {
+            const Bookmark &b = folder->colBookmark->at(i);
+            size += (b.Titel.size() + b.URL.size() + b.Info.size()) * 9 / 8 + 60;
+        }
+    }
+    return size;
+}
+} // namespace
 
 QByteArray textBytes(const QList<const Thema *> &folders, bool archive, const QString &heading)
 {
-    QString out;
-    if (archive && !heading.isEmpty())
-        out += heading + QStringLiteral("\n\n");
+    Utf8Writer out(estimatedSize(folders) + heading.size() * 3);
+    if (archive && !heading.isEmpty()) {
+        out.text(heading);
+        out.ascii("\n\n");
+    }
     const QString topic = uiText(1056) + u' ';
     const QString name = uiText(1301) + u' ';
     const QString url = uiText(1302) + u' '; // the label ends in a blank already
     const QString info = uiText(1303) + u' ';
     for (const Thema *folder : folders) {
-        out += topic + folder->DirName() + crlf + crlf;
+        out.text(topic);
+        out.text(folder->DirName());
+        out.ascii("\r\n\r\n");
         if (folder->colBookmark) {
             for (qsizetype i = 0; i < folder->colBookmark->count(); ++i) {
                 const Bookmark &bookmark = folder->colBookmark->at(i);
                 if (i > 0)
-                    out += crlf;
-                out += name + FeedMark::displayTitle(bookmark.Titel) + crlf + url + bookmark.URL
-                    + crlf + info + bookmark.Info + crlf;
+                    out.ascii("\r\n");
+                out.text(name);
+                out.text(displayTitle(bookmark.Titel));
+                out.ascii("\r\n");
+                out.text(url);
+                out.text(bookmark.URL);
+                out.ascii("\r\n");
+                out.text(info);
+                out.text(bookmark.Info);
+                out.ascii("\r\n");
             }
         }
-        out += crlf + crlf;
+        out.ascii("\r\n\r\n");
     }
-    return out.toUtf8();
+    return out.take();
 }
 
 QByteArray htmlBytes(const QList<const Thema *> &folders, bool archive)
 {
-    QString out
-        = archive ? QStringLiteral("<HTML><TITLE></TITLE><BODY>") : QStringLiteral("<HTML><BODY>");
-    out += crlf;
+    Utf8Writer out(estimatedSize(folders));
+    if (archive)
+        out.ascii("<HTML><TITLE></TITLE><BODY>\r\n");
+    else
+        out.ascii("<HTML><BODY>\r\n");
     for (const Thema *folder : folders) {
-        out += QStringLiteral("<H1>") + folder->DirName() + QStringLiteral("</H1>") + crlf;
+        out.ascii("<H1>");
+        out.text(folder->DirName());
+        out.ascii("</H1>\r\n");
         if (!folder->colBookmark)
             continue;
         for (qsizetype i = 0; i < folder->colBookmark->count(); ++i) {
             const Bookmark &bookmark = folder->colBookmark->at(i);
-            out += QStringLiteral("<A HREF='") + bookmark.URL + QStringLiteral("'>")
-                + FeedMark::displayTitle(bookmark.Titel) + QStringLiteral("</A><BR>");
-            if (!bookmark.Info.isEmpty())
-                out += bookmark.Info + QStringLiteral("<BR>");
-            out += crlf;
+            out.ascii("<A HREF='");
+            out.text(bookmark.URL);
+            out.ascii("'>");
+            out.text(displayTitle(bookmark.Titel));
+            out.ascii("</A><BR>");
+            if (!bookmark.Info.isEmpty()) {
+                out.text(bookmark.Info);
+                out.ascii("<BR>");
+            }
+            out.ascii("\r\n");
         }
     }
-    out += QStringLiteral("</BODY></HTML>") + crlf;
-    return out.toUtf8();
+    out.ascii("</BODY></HTML>\r\n");
+    return out.take();
 }
 
 } // namespace TextExports

@@ -1,5 +1,7 @@
 #include "utf8writer.h"
 
+#include "platform/recordcodec.h"
+
 #include <cstring>
 
 Utf8Writer::Utf8Writer(qsizetype expectedSize)
@@ -17,32 +19,6 @@ void Utf8Writer::raw(const char *bytes, qsizetype size)
     m_size += size;
 }
 
-qsizetype Utf8Writer::encodeNonAscii(const char16_t *at, const char16_t *end, char *&out)
-{
-    const char16_t c = *at;
-    if (c < 0x800) {
-        *out++ = char(0xC0 | (c >> 6));
-        *out++ = char(0x80 | (c & 0x3F));
-        return 1;
-    }
-    if (c < 0xD800 || c > 0xDFFF) {
-        *out++ = char(0xE0 | (c >> 12));
-        *out++ = char(0x80 | ((c >> 6) & 0x3F));
-        *out++ = char(0x80 | (c & 0x3F));
-        return 1;
-    }
-    if (c < 0xDC00 && at + 1 < end && at[1] >= 0xDC00 && at[1] <= 0xDFFF) {
-        const char32_t u = 0x10000 + ((char32_t(c) - 0xD800) << 10) + (char32_t(at[1]) - 0xDC00);
-        *out++ = char(0xF0 | (u >> 18));
-        *out++ = char(0x80 | ((u >> 12) & 0x3F));
-        *out++ = char(0x80 | ((u >> 6) & 0x3F));
-        *out++ = char(0x80 | (u & 0x3F));
-        return 2;
-    }
-    *out++ = '?';
-    return 1;
-}
-
 void Utf8Writer::text(QStringView text)
 {
     const char16_t *at = text.utf16();
@@ -54,7 +30,7 @@ void Utf8Writer::text(QStringView text)
         if (*at < 0x80)
             *out++ = char(*at++);
         else
-            at += encodeNonAscii(at, end, out);
+            RecordCodec::encodeUtf8(at, end, out);
     }
     m_size += out - start;
 }
@@ -85,7 +61,7 @@ void Utf8Writer::xml(QStringView text, Xml mode)
     while (at < end) {
         const char16_t c = *at;
         if (c >= 0x80) {
-            at += encodeNonAscii(at, end, out);
+            RecordCodec::encodeUtf8(at, end, out);
             continue;
         }
         switch (c) {

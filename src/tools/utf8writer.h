@@ -40,8 +40,6 @@ private:
         return m_bytes.data() + m_size;
     }
     void grow(qsizetype count);
-    // Encodes one character that is not ASCII at `out`; returns the units consumed.
-    static qsizetype encodeNonAscii(const char16_t *at, const char16_t *end, char *&out);
 
     QByteArray m_bytes; // its size is the room; m_size the bytes written
     qsizetype m_size = 0;
