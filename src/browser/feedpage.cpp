@@ -99,8 +99,12 @@ QString FeedPage::defaultLinkText()
 QString FeedPage::render(const Feed &feed, const QString &linkText, const QString &toggleSign)
 {
     FeedHtmlCleaner::Budget budget;
+    // Room for the fixed text and everything the feed brings, so the page grows only once.
+    qsizetype expected = 4096 + 2 * feed.title.size() + feed.imageUrl.size();
+    for (const FeedItem &item : feed.items)
+        expected += 1024 + item.title.size() + item.description.size() + item.link.size();
     QString page;
-    page.reserve(4096 + feed.items.size() * 1024);
+    page.reserve(expected);
     page += u"<html><head><title>" + FeedHtmlCleaner::toPlainText(feed.title, &budget) + u"</title>"
         + metaTag + styleBlock + toggleScript + u"<center>";
 
