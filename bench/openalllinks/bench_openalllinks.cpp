@@ -81,13 +81,15 @@ int runOnce(const QString &mode)
     QEventLoop wait;
     QTimer poll;
     poll.setInterval(10);
-    QObject::connect(&poll, &QTimer::timeout, &wait, [&] {
-        if (source->Title == u"Links" && !source->page()->isLoading())
-            wait.quit();
-    });
+    const QMetaObject::Connection sourceLoaded
+        = QObject::connect(&poll, &QTimer::timeout, &wait, [&] {
+              if (source->Title == u"Links" && !source->page()->isLoading())
+                  wait.quit();
+          });
     poll.start();
     wait.exec();
     poll.stop();
+    QObject::disconnect(sourceLoaded);
     const qint64 pssBefore = treePss();
 
     // The event loop's pulse: the longest gap between two ticks of a 50 ms timer.
