@@ -132,7 +132,7 @@ Shape estimateShape(const QByteArray &bytes)
         "h1", "h2", "h3", "h4", "h5", "h6"};
     auto isFlat = [](const char *name) {
         for (const char *candidate : flat) {
-            if (std::strcmp(candidate, name) == 0)
+            if (candidate[0] == name[0] && std::strcmp(candidate, name) == 0)
                 return true;
         }
         return false;
@@ -146,8 +146,13 @@ Shape estimateShape(const QByteArray &bytes)
     const qsizetype size = bytes.size();
     char name[12];
     for (qsizetype i = 0; i + 1 < size; ++i) {
-        if (data[i] != '<')
-            continue;
+        // Straight to the next tag: most of a large file is text.
+        const auto *open = static_cast<const char *>(std::memchr(data + i, '<', size_t(size - i)));
+        if (!open)
+            break;
+        i = open - data;
+        if (i + 1 >= size)
+            break;
         const bool end = data[i + 1] == '/';
         qsizetype at = i + (end ? 2 : 1);
         if (at >= size || !isLetter(data[at]))

@@ -1,6 +1,7 @@
 #include "htmltext.h"
 
 #include <gumbo.h>
+#include <string>
 #include <vector>
 
 namespace HtmlText {
@@ -127,23 +128,32 @@ public:
     {
         flushBreaks();
         m_space = false;
-        m_out.append(QStringLiteral("\r\n"));
+        m_out.append(u"\r\n");
+        m_written = true;
     }
     // A line break at the very end (a trailing <br>) shows nothing and is dropped.
     QString finish()
     {
-        while (m_out.endsWith(QStringLiteral("\r\n")))
-            m_out.chop(2);
-        return m_out;
+        while (endsWithLineBreak())
+            m_out.resize(m_out.size() - 2);
+        if (!m_written) // nothing at all is a null text, something chopped away an empty one
+            return QString();
+        return QString(reinterpret_cast<const QChar *>(m_out.data()), qsizetype(m_out.size()));
     }
 
 private:
-    bool atLineStart() const { return m_out.isEmpty() || m_out.endsWith(u'\n') || m_breaks > 0; }
+    bool endsWithLineBreak() const
+    {
+        const size_t size = m_out.size();
+        return size >= 2 && m_out[size - 2] == u'\r' && m_out[size - 1] == u'\n';
+    }
+    bool atLineStart() const { return m_out.empty() || m_out.back() == u'\n' || m_breaks > 0; }
     void flushBreaks()
     {
-        if (m_breaks > 0 && !m_out.isEmpty()) {
+        if (m_breaks > 0 && !m_out.empty()) {
             for (int i = 0; i < m_breaks; ++i)
-                m_out.append(QStringLiteral("\r\n"));
+                m_out.append(u"\r\n");
+            m_written = true;
         }
         m_breaks = 0;
     }
@@ -151,12 +161,15 @@ private:
     {
         flushBreaks();
         if (m_space && !atLineStart())
-            m_out.append(u' ');
+            m_out.push_back(u' ');
         m_space = false;
-        m_out.append(c);
+        m_out.push_back(c.unicode());
+        m_written = true;
     }
 
-    QString m_out;
+    // A plain buffer: the text grows one character at a time.
+    std::u16string m_out;
+    bool m_written = false;
     int m_breaks = 0;
     bool m_space = false;
 };
