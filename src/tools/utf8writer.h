@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QStringView>
 
+#include <cstring>
+
 // Builds an export file as UTF-8 bytes directly. The exports are large (one line per
 // bookmark of the whole archive); building them in a QString first and converting it
 // at the end costs a second pass and a second copy of everything.
@@ -15,7 +17,12 @@ public:
 
     // Plain ASCII, written as it is.
     template<qsizetype N> void ascii(const char (&literal)[N]) { raw(literal, N - 1); }
-    void raw(const char *bytes, qsizetype size);
+    // Inline: most pieces are a few bytes of markup.
+    void raw(const char *bytes, qsizetype size)
+    {
+        std::memcpy(room(size), bytes, size_t(size));
+        m_size += size;
+    }
     void text(QStringView text);
 
     // XML character data as QDomDocument writes it: & and < always escaped, > only

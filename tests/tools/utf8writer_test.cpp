@@ -17,6 +17,13 @@ QStringList samples()
     lone.insert(2, QChar(0xD800));
     lone.append(QChar(0xD83D));
     texts << lone << (QString(QChar(0xDE00)) + QChar(0xD83D));
+    // Long ASCII runs, taken in blocks, with one other character at every place.
+    for (int i = 0; i < 40; ++i) {
+        QString run = QStringLiteral("0123456789abcdefghijklmnopqrstuvwxyzABCD");
+        run[i] = i % 2 ? QChar(0x00FC) : QChar(0x20AC);
+        texts << run;
+    }
+    texts << QStringLiteral("0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
     // Every unit of the basic plane that is not a surrogate, in one string.
     QString all;
     for (char32_t c = 1; c < 0x10000; ++c) {
