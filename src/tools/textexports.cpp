@@ -36,12 +36,14 @@ QByteArray textBytes(const QList<const Thema *> &folders, bool archive, const QS
         out.text(heading);
         out.ascii("\n\n");
     }
-    const QString topic = uiText(1056) + u' ';
-    const QString name = uiText(1301) + u' ';
-    const QString url = uiText(1302) + u' '; // the label ends in a blank already
-    const QString info = uiText(1303) + u' ';
+    // The labels are encoded once, not once for every bookmark.
+    const QByteArray topic = (uiText(1056) + u' ').toUtf8();
+    const QByteArray name = (uiText(1301) + u' ').toUtf8();
+    const QByteArray url = (uiText(1302) + u' ').toUtf8(); // the label ends in a blank already
+    const QByteArray info = (uiText(1303) + u' ').toUtf8();
+    const auto label = [&out](const QByteArray &text) { out.raw(text.constData(), text.size()); };
     for (const Thema *folder : folders) {
-        out.text(topic);
+        label(topic);
         out.text(folder->DirName());
         out.ascii("\r\n\r\n");
         if (folder->colBookmark) {
@@ -49,13 +51,13 @@ QByteArray textBytes(const QList<const Thema *> &folders, bool archive, const QS
                 const Bookmark &bookmark = folder->colBookmark->at(i);
                 if (i > 0)
                     out.ascii("\r\n");
-                out.text(name);
+                label(name);
                 out.text(displayTitle(bookmark.Titel));
                 out.ascii("\r\n");
-                out.text(url);
+                label(url);
                 out.text(bookmark.URL);
                 out.ascii("\r\n");
-                out.text(info);
+                label(info);
                 out.text(bookmark.Info);
                 out.ascii("\r\n");
             }
