@@ -391,9 +391,11 @@ void frmBrowser::LoadFeed(const QString &url)
             emit feedShown(feedUrl);
         });
     }
+    // The address may be FeedSourceUrl itself (a refresh), which is cleared here.
+    const QString address = url;
     FeedSourceUrl.clear();
     startBusyPoll();
-    m_feedLoader->load(url);
+    m_feedLoader->load(address);
 }
 
 void frmBrowser::showFindBar()

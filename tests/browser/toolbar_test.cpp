@@ -331,6 +331,26 @@ private slots:
         // The feed page announces no feeds of its own.
         QTRY_VERIFY_WITH_TIMEOUT(!feedButton->isEnabled(), Wait);
         QCOMPARE(window->GetFeedCount(), 0);
+
+        // Refreshing a feed page fetches the feed anew and shows it again.
+        const int fetched = m_server.requestCount(QStringLiteral("/feeds/one.xml"));
+        window->commands()->buttonClick(QStringLiteral("Refresh"));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            m_server.requestCount(QStringLiteral("/feeds/one.xml")), fetched + 1, Wait);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            evaluate(window, QStringLiteral("document.querySelectorAll('a.lnk').length")).toInt()
+                == 2,
+            Wait);
+        QCOMPARE(window->FeedSourceUrl, url("/feeds/one.xml"));
+
+        // A feed that cannot be fetched is shown as a page that says so.
+        window->LoadFeed(url("/feeds/missing.xml"));
+        QTRY_COMPARE_WITH_TIMEOUT(window->FeedSourceUrl, url("/feeds/missing.xml"), Wait);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            evaluate(window, QStringLiteral("document.body.innerText"))
+                .toString()
+                .startsWith(QStringLiteral("Der Feed ") + url("/feeds/missing.xml")),
+            Wait);
         closeAll();
     }
 
