@@ -206,6 +206,30 @@ private slots:
         closeAll();
     }
 
+    void closeCommandsKeepThisWindowOrCloseItLast()
+    {
+        QList<frmBrowser *> windows;
+        for (int i = 0; i < 3; ++i)
+            windows.append(m_frame->CreateBrowser(QStringLiteral("MDI")));
+        frmBrowser *middle = windows.at(1);
+        middle->commands()->menuClick(middle->commands()->entry(QStringLiteral("CloseOthers")));
+        QTRY_COMPARE_WITH_TIMEOUT(int(m_frame->browsers().size()), 1, Wait);
+        QCOMPARE(m_frame->browsers().first(), middle);
+
+        m_frame->CreateBrowser(QStringLiteral("MDI"));
+        m_frame->CreateBrowser(QStringLiteral("MDI"));
+        const int middleId = middle->ID;
+        QList<int> closed;
+        for (frmBrowser *window : m_frame->browsers()) {
+            const int id = window->ID;
+            connect(window, &QObject::destroyed, this, [&closed, id] { closed.append(id); });
+        }
+        middle->commands()->menuClick(middle->commands()->entry(QStringLiteral("CloseallWin")));
+        QTRY_VERIFY_WITH_TIMEOUT(m_frame->browsers().isEmpty(), Wait);
+        QCOMPARE(closed.size(), 3);
+        QCOMPARE(closed.last(), middleId);
+    }
+
     void newWindowCommandsFollowTheFeedMark()
     {
         frmBrowser *window = openOn("/a", "A");
