@@ -95,6 +95,7 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
     for (const char *key : {"Refresh", "Roundtrip", "RoundtripFrame", "BrowserSearch"})
         markUnavailable(entry(QLatin1String(key)));
     markUnavailable(button(QStringLiteral("Bookm")));
+    button(QStringLiteral("Bookm"))->setToolTip(uiText(609) + u'\n' + uiText(2045));
     button(QStringLiteral("history"))->setEnabled(false);
 }
 
