@@ -4,6 +4,7 @@
 #include "app/clock.h"
 #include "htmlsource.h"
 #include "htmltext.h"
+#include "parsearena.h"
 
 #include <QDir>
 #include <QFile>
@@ -132,12 +133,11 @@ Bookmark bookmarkFrom(const ElementList &list, int anchor, int folderEnd)
     return bookmark;
 }
 
+// Destroys the parse with the options (and so the memory) it was made with.
 struct GumboDeleter
 {
-    void operator()(GumboOutput *output) const
-    {
-        gumbo_destroy_output(&kGumboDefaultOptions, output);
-    }
+    const GumboOptions *options;
+    void operator()(GumboOutput *output) const { gumbo_destroy_output(options, output); }
 };
 } // namespace
 
@@ -178,10 +178,15 @@ Result parse(const QByteArray &bytes, const Limits &limits, const Progress &prog
     }
     const QByteArray utf8 = HtmlSource::toUtf8(bytes, &result.encoding);
 
+    ParseArena arena;
     GumboOptions options = kGumboDefaultOptions;
     options.max_errors = 0; // errors are not needed, and recording them costs a lot
+    options.allocator = &ParseArena::allocateIn;
+    options.deallocator = &ParseArena::deallocateIn;
+    options.userdata = &arena;
     const std::unique_ptr<GumboOutput, GumboDeleter> output(
-        gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size())));
+        gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size())),
+        GumboDeleter {&options});
     const GumboNode *body = output ? bodyOf(output.get()) : nullptr;
     if (!body) {
         result.status = Result::NoBody;

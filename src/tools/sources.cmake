@@ -4,6 +4,7 @@ list(APPEND VANTRELL_CORE_SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/htmltext.cpp
     ${CMAKE_CURRENT_LIST_DIR}/netscapeexport.cpp
     ${CMAKE_CURRENT_LIST_DIR}/netscapeimport.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/parsearena.cpp
     ${CMAKE_CURRENT_LIST_DIR}/textexports.cpp
     ${CMAKE_CURRENT_LIST_DIR}/utf8writer.cpp
     ${CMAKE_CURRENT_LIST_DIR}/xmlexports.cpp
