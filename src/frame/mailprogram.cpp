@@ -25,7 +25,7 @@ bool start()
 QString failureText()
 {
     const QString command = prefer().MailClient().trimmed();
-    return UiTexts::has(2076) ? uiText(2076).arg(command) : command;
+    return uiText(2076).arg(command);
 }
 
 } // namespace MailProgram

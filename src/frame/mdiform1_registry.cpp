@@ -66,7 +66,11 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
         sub->resize(size + chrome);
     });
     window->page()->setNewWindowHandler(
-        [this, window](const PageView::NewWindowRequest &, bool *keepOpener) {
+        [this, window](const PageView::NewWindowRequest &request, bool *keepOpener) {
+            // A click of the user in the page is a new command of the user: a
+            // toolbar command before it no longer holds the page's windows back.
+            if (request.userInitiated)
+                UserCommandPending = 0;
             frmBrowser *created = openPageWindow(window, keepOpener);
             return created ? created->page() : nullptr;
         });

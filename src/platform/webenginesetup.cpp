@@ -32,7 +32,7 @@ public:
             if (file.open(QIODevice::ReadOnly))
                 body = file.readAll();
         } else if (url.host() == u"page") {
-            body = GeneratedPages::instance().take(url.path().mid(1));
+            body = GeneratedPages::instance().page(url.path().mid(1));
         }
         if (body.isEmpty()) {
             job->fail(QWebEngineUrlRequestJob::UrlNotFound);

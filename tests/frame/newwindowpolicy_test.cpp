@@ -91,6 +91,27 @@ private slots:
         QCOMPARE(frame.activeBrowser(), popup);
     }
 
+    void userClickInThePageIsNotHeldBackByAPendingCommand()
+    {
+        MDIForm1 frame;
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&frame));
+        frmBrowser *opener = openOpener(frame);
+        QVERIFY(opener);
+        const QVariantList centre = evaluate(opener,
+            QStringLiteral("(() => { const r = document.getElementById('blank').getBoundingClientRect();"
+                           " return [r.left + r.width / 2, r.top + r.height / 2]; })()"))
+                                        .toList();
+        QCOMPARE(centre.size(), 2);
+        UserCommandPending = -1;
+        QWidget *view = opener->page()->focusWidget();
+        const QPoint at(centre.at(0).toInt(), centre.at(1).toInt());
+        QTest::mousePress(view, Qt::LeftButton, {}, at);
+        QTest::mouseRelease(view, Qt::LeftButton, {}, at);
+        QTRY_COMPARE_WITH_TIMEOUT(frame.browsers().size(), 2, 15000);
+        QCOMPARE(UserCommandPending, qint16(0));
+    }
+
     void backgroundWindowsLeaveTheActiveOneInFront()
     {
         MDIForm1 frame;
