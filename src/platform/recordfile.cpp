@@ -60,8 +60,9 @@ Buffer readEach(const QString &path, int recordLength, Missing missing,
     QFile file(path);
     if (!openRecords(file, recordLength, missing, result))
         return result;
-    // Small enough to stay in the processor's cache between reading and decoding.
-    const qsizetype perBlock = std::max<qsizetype>(1, (256 * 1024) / recordLength);
+    // About a megabyte: few system calls, and still in the processor's cache when the
+    // records are decoded.
+    const qsizetype perBlock = std::max<qsizetype>(1, (1024 * 1024) / recordLength);
     QByteArray block(perBlock * recordLength, Qt::Uninitialized);
     for (qint64 left = file.size(); left > 0;) {
         const qint64 want = std::min<qint64>(left, block.size());
