@@ -23,26 +23,6 @@ const QString usage = QStringLiteral(
     "            [--image-url U --image-title T --image-link L]]\n"
     "       bookmarks import FILE [--yes]");
 
-// Descriptions keep their line breaks in the archive; a listing line must not.
-QString escaped(const QString &text)
-{
-    QString out;
-    out.reserve(text.size());
-    for (const QChar c : text) {
-        if (c == u'\\')
-            out += QStringLiteral("\\\\");
-        else if (c == u'\r')
-            out += QStringLiteral("\\r");
-        else if (c == u'\n')
-            out += QStringLiteral("\\n");
-        else if (c == u'\t')
-            out += QStringLiteral("\\t");
-        else
-            out += c;
-    }
-    return out;
-}
-
 class BookmarksCommand
 {
 public:
@@ -138,8 +118,8 @@ private:
             for (qsizetype j = 0; j < folder.colBookmark->count(); ++j) {
                 const Bookmark &b = folder.colBookmark->at(j);
                 out << "B\t" << folder.Nr << '\t' << b.Nr << '\t' << b.Titel << '\t' << b.URL
-                    << '\t' << escaped(b.Info) << '\t' << b.Adresszeile << '\t' << b.Toolbar
-                    << '\n';
+                    << '\t' << ToolContext::escaped(b.Info) << '\t' << b.Adresszeile << '\t'
+                    << b.Toolbar << '\n';
             }
         }
         out.flush();

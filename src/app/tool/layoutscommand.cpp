@@ -5,24 +5,6 @@
 #include <QFileInfo>
 
 namespace {
-QString escaped(const QString &text)
-{
-    QString out;
-    out.reserve(text.size());
-    for (const QChar c : text) {
-        if (c == u'\\')
-            out += QStringLiteral("\\\\");
-        else if (c == u'\r')
-            out += QStringLiteral("\\r");
-        else if (c == u'\n')
-            out += QStringLiteral("\\n");
-        else if (c == u'\t')
-            out += QStringLiteral("\\t");
-        else
-            out += c;
-    }
-    return out;
-}
 
 void reportMovedAside(ToolContext &context, const FileOutcome &outcome)
 {
@@ -46,9 +28,10 @@ int list(ToolContext &context)
     // One line per layout: position, sequence number, name, file, description, windows.
     for (qsizetype i = 0; i < book.colLayout.size(); ++i) {
         const LayoutItem &item = book.colLayout.at(i);
-        context.out << "L\t" << (i + 1) << '\t' << item.Sequenz << '\t' << escaped(item.LayoutName)
-                    << '\t' << item.FileName << '\t' << escaped(item.Info) << '\t'
-                    << item.colFensterInfo.size() << '\n';
+        context.out << "L\t" << (i + 1) << '\t' << item.Sequenz << '\t'
+                    << ToolContext::escaped(item.LayoutName) << '\t' << item.FileName << '\t'
+                    << ToolContext::escaped(item.Info) << '\t' << item.colFensterInfo.size()
+                    << '\n';
     }
     context.out.flush();
     return ToolContext::Success;
@@ -72,8 +55,9 @@ int show(ToolContext &context, QString path)
         for (qsizetype i = 0; i < read.windows.size(); ++i) {
             const WindowDescription &w = read.windows.at(i);
             out << (i + 1) << '\t' << w.left << '\t' << w.top << '\t' << w.width << '\t' << w.height
-                << '\t' << escaped(w.address) << '\t' << w.addressBarVisible << '\t'
-                << w.toolbarVisible << '\t' << w.windowState << '\t' << escaped(w.caption) << '\n';
+                << '\t' << ToolContext::escaped(w.address) << '\t' << w.addressBarVisible << '\t'
+                << w.toolbarVisible << '\t' << w.windowState << '\t'
+                << ToolContext::escaped(w.caption) << '\n';
         }
     } else if (path.endsWith(QStringLiteral(".nlt"), Qt::CaseInsensitive)) {
         LayoutItem item(QFileInfo(path).absolutePath());
@@ -86,8 +70,8 @@ int show(ToolContext &context, QString path)
         // number, x, y, width, height, address, title, toolbar, address bar, state
         for (const FensterInfo &w : std::as_const(item.colFensterInfo)) {
             out << w.Nr << '\t' << w.x << '\t' << w.y << '\t' << w.Breite << '\t' << w.Hoehe << '\t'
-                << escaped(w.URL) << '\t' << escaped(w.Titel) << '\t' << w.ToolbarVisible << '\t'
-                << w.AdressbarVisible << '\t' << w.WindowState << '\n';
+                << ToolContext::escaped(w.URL) << '\t' << ToolContext::escaped(w.Titel) << '\t'
+                << w.ToolbarVisible << '\t' << w.AdressbarVisible << '\t' << w.WindowState << '\n';
         }
     } else {
         return context.fail(

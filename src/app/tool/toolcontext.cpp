@@ -20,3 +20,22 @@ bool ToolContext::takeFlag(const QString &name)
 {
     return arguments.removeAll(name) > 0;
 }
+
+QString ToolContext::escaped(const QString &text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text) {
+        if (c == u'\\')
+            out += QStringLiteral("\\\\");
+        else if (c == u'\r')
+            out += QStringLiteral("\\r");
+        else if (c == u'\n')
+            out += QStringLiteral("\\n");
+        else if (c == u'\t')
+            out += QStringLiteral("\\t");
+        else
+            out += c;
+    }
+    return out;
+}

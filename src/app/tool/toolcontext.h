@@ -21,6 +21,9 @@ struct ToolContext
     bool takeOption(const QString &name, QString *value);
     // Takes "--name" out of the arguments.
     bool takeFlag(const QString &name);
+    // A field of a listing line: texts keep their line breaks and tabs in the
+    // files, but a listing line must not, so they are written as \r \n \t \\.
+    static QString escaped(const QString &text);
 };
 
 int runPrefsCommand(ToolContext &context);
