@@ -6,6 +6,10 @@
 #include <cstring>
 #include <limits>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace ArchiveFiles {
 
 QString pathInFolder(const QString &folder, const QString &fileName)
@@ -24,9 +28,19 @@ QString recordText(QByteArrayView record, int offset, int width)
     const char *field = record.constData() + offset;
     int used = width;
     // The padding is long (an address field is 2,083 bytes): skip it a block at a time.
-    static const QByteArray block(64, ' ');
-    while (used >= 64 && std::memcmp(field + used - 64, block.constData(), 64) == 0)
+#if defined(__SSE2__)
+    const __m128i blank = _mm_set1_epi8(' ');
+    while (used >= 64) {
+        const auto *at = reinterpret_cast<const __m128i *>(field + used - 64);
+        const __m128i same = _mm_and_si128(_mm_and_si128(_mm_cmpeq_epi8(_mm_loadu_si128(at), blank),
+                                               _mm_cmpeq_epi8(_mm_loadu_si128(at + 1), blank)),
+            _mm_and_si128(_mm_cmpeq_epi8(_mm_loadu_si128(at + 2), blank),
+                _mm_cmpeq_epi8(_mm_loadu_si128(at + 3), blank)));
+        if (_mm_movemask_epi8(same) != 0xFFFF)
+            break;
         used -= 64;
+    }
+#endif
     constexpr quint64 blanks = 0x2020202020202020ULL;
     while (used >= 8) {
         quint64 word;
