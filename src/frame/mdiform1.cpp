@@ -27,8 +27,9 @@ MDIForm1::MDIForm1(QWidget *parent)
     m_central = new QWidget(this);
     m_mdi = new QMdiArea(m_central);
     m_mdi->setObjectName(QStringLiteral("mdiArea"));
-    m_mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    // Arranged windows fill the area exactly; scroll bars would take their share.
+    m_mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_mdi->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     m_tabs = new TabStrip(m_central);
     setCentralWidget(m_central);
