@@ -12,7 +12,13 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QProcess>
 #include <QSignalSpy>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+#include <QSslSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -159,8 +165,9 @@ private slots:
     void permissionRequestIsAskedAndDeniedUnlessAllowed()
     {
         m_server.setPage(QStringLiteral("/geo"),
-            titled("Geo", "<script>navigator.geolocation.getCurrentPosition("
-                          "() => fetch('/granted'), e => fetch('/denied?' + e.code));</script>"));
+            titled("Geo",
+                "<script>navigator.geolocation.getCurrentPosition("
+                "() => fetch('/granted'), e => fetch('/denied?' + e.code));</script>"));
         MDIForm1 frame;
         frame.show();
         frmBrowser *window = frame.OpenNewBrowser(url("/geo"));
@@ -172,6 +179,56 @@ private slots:
         QVERIFY(!bar->isVisible());
         QTRY_COMPARE_WITH_TIMEOUT(m_server.requestCount(QStringLiteral("/denied")), 1, 15000);
         QCOMPARE(m_server.requestCount(QStringLiteral("/granted")), 0);
+    }
+
+    void invalidCertificateIsRefusedAndExplained()
+    {
+        // A self-signed certificate, made for this test.
+        QTemporaryDir dir;
+        const QString key = dir.filePath(QStringLiteral("key.pem"));
+        const QString cert = dir.filePath(QStringLiteral("cert.pem"));
+        QProcess openssl;
+        openssl.start(QStringLiteral("openssl"),
+            {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-keyout"),
+                key, QStringLiteral("-out"), cert, QStringLiteral("-days"), QStringLiteral("2"),
+                QStringLiteral("-subj"), QStringLiteral("/CN=127.0.0.1")});
+        QVERIFY(openssl.waitForFinished(60000));
+        QCOMPARE(openssl.exitCode(), 0);
+        QFile keyFile(key);
+        QFile certFile(cert);
+        QVERIFY(keyFile.open(QIODevice::ReadOnly) && certFile.open(QIODevice::ReadOnly));
+
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.setLocalCertificate(QSslCertificate(certFile.readAll()));
+        tls.setPrivateKey(QSslKey(keyFile.readAll(), QSsl::Rsa));
+        QSslServer server;
+        server.setSslConfiguration(tls);
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        int served = 0;
+        connect(&server, &QSslServer::pendingConnectionAvailable, &server, [&server, &served] {
+            while (QTcpSocket *socket = server.nextPendingConnection()) {
+                connect(socket, &QTcpSocket::readyRead, socket, [socket, &served] {
+                    socket->readAll();
+                    ++served;
+                    socket->write(
+                        "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 44\r\n\r\n"
+                        "<html><head><title>Secret</title></head></html>");
+                });
+            }
+        });
+
+        MDIForm1 frame;
+        frame.show();
+        frmBrowser *window = frame.OpenNewBrowser(
+            QStringLiteral("https://127.0.0.1:%1/").arg(server.serverPort()));
+        InfoBar *bar = window->findChild<InfoBar *>();
+        QTRY_VERIFY_WITH_TIMEOUT(bar->isVisible(), 15000);
+        QVERIFY2(bar->text().contains(QStringLiteral("127.0.0.1")), qPrintable(bar->text()));
+        QTest::qWait(500);
+        QCOMPARE(served, 0);
+        QVERIFY(window->Title != QStringLiteral("Secret"));
+        QVERIFY(!window->Secure);
     }
 
     void downloadLandsOnDisk()
