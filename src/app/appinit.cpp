@@ -11,6 +11,7 @@
 #include "frame/mdiform1.h"
 #include "frame/tabstrip.h"
 #include "frame/twips.h"
+#include "frame/windowsets.h"
 #include "platform/downloads.h"
 #include "platform/webenginesetup.h"
 #include "prefs/prefer.h"
@@ -52,13 +53,16 @@ void applyPreferences(MDIForm1 &frame)
     frame.policy.AllowWinRef = p.AllowWinRef() != 0;
 }
 
-void runStartOption(MDIForm1 &frame)
+void runStartOption(MDIForm1 &frame, const QString &dataFolder)
 {
+    QString problem;
     const qint16 option = prefer().LoadOption();
     if (option == 3)
-        frame.setStatusText(uiText(2046).arg(prefer().Group().trimmed()));
+        WindowSets::openBookmarkFolder(frame, dataFolder, prefer().GroupFile(), &problem);
     else if (option == 2)
-        frame.setStatusText(uiText(2046).arg(prefer().Layout().trimmed()));
+        WindowSets::openLayoutFile(frame, prefer().Layout(), &problem);
+    if (!problem.isEmpty())
+        frame.setStatusText(problem);
 }
 
 } // namespace
@@ -141,7 +145,7 @@ int Main(int argc, char *argv[])
 
     if (loaded == Prefer::LoadResult::ReplacedInvalid)
         frame.setStatusText(uiText(2000).arg(prefPath, prefer().movedAsidePath()));
-    runStartOption(frame);
+    runStartOption(frame, dataFolder);
 
     // The system asking the program to quit closes it as the user would.
     QuitSignals quit;

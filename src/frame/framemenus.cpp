@@ -7,10 +7,12 @@
 #include "frame/openalllinks.h"
 #include "frame/statuspanels.h"
 #include "frame/tabstrip.h"
+#include "frame/windowsets.h"
 #include "prefs/prefer.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -21,8 +23,7 @@ const QStringList &unavailable()
 {
     static const QStringList names = {QStringLiteral("mn_Einstellungen"),
         QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"), QStringLiteral("mn_Historie"),
-        QStringLiteral("mn_Standardbrowser"), QStringLiteral("mn_Anordnung_save"),
-        QStringLiteral("mn_Anordnung_load"), QStringLiteral("mn_PictureList"),
+        QStringLiteral("mn_Standardbrowser"), QStringLiteral("mn_PictureList"),
         QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
         QStringLiteral("mn_VisitallLinksInFrame"), QStringLiteral("mn_SetRefresh")};
     return names;
@@ -174,8 +175,23 @@ void FrameMenus::buildWindowMenu()
     add(
         menu, QStringLiteral("mn_Nebeneinander"), 402, [this] { m_frame->Arrange(2); }, true);
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Anordnung_save"), 404, nullptr);
-    add(menu, QStringLiteral("mn_Anordnung_load"), 405, nullptr);
+    add(menu, QStringLiteral("mn_Anordnung_save"), 404, [this] {
+        const QString path = QFileDialog::getSaveFileName(
+            m_frame, uiText(1563), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
+        QString problem;
+        if (!path.isEmpty())
+            m_frame->setStatusText(
+                WindowSets::saveLayoutFile(*m_frame, path, &problem) ? uiText(1135) : problem);
+    });
+    add(menu, QStringLiteral("mn_Anordnung_load"), 405, [this] {
+        const QString path = QFileDialog::getOpenFileName(
+            m_frame, uiText(1564), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
+        QString problem;
+        if (!path.isEmpty())
+            WindowSets::openLayoutFile(*m_frame, path, &problem);
+        if (!problem.isEmpty())
+            m_frame->setStatusText(problem);
+    });
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Adresszeile"), 407, [this] {
         withActive([](frmBrowser *w) { w->setAddressBarVisible(!w->addressBarVisible()); });

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+class MDIForm1;
+struct WindowDescription;
+
+// Sets of windows the frame opens or keeps: a bookmark folder's bookmarks, or the
+// windows of a layout file. The openers return the number of windows opened; a text
+// for the status bar says what went wrong, if anything did.
+namespace WindowSets {
+
+int openBookmarkFolder(
+    MDIForm1 &frame, const QString &dataFolder, const QString &folderFile, QString *problem);
+int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem);
+// Opens one window as a layout describes it: address (a feed when its caption ends
+// with the feed mark), geometry in twips, bars and state.
+void OpenLayoutItem(MDIForm1 &frame, const WindowDescription &window);
+// Writes the open windows, in the frame's window order, to a layout file.
+bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem);
+
+} // namespace WindowSets
