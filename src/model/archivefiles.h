@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 // What the bookmark archive and the web layouts share about their files.
 namespace ArchiveFiles {
@@ -37,4 +38,20 @@ struct FileOutcome
 
     bool ok() const { return error.isEmpty(); }
     bool wasMovedAside() const { return !movedAsidePath.isEmpty(); }
+};
+
+// What an archive remembers of its files for the user: the last file that went
+// wrong, and every file moved aside since the archive was made.
+struct FileOutcomeLog
+{
+    FileOutcome last;
+    QStringList movedAside;
+
+    void note(const FileOutcome &outcome)
+    {
+        if (outcome.wasMovedAside())
+            movedAside.append(outcome.movedAsidePath);
+        if (!outcome.ok() || outcome.wasMovedAside())
+            last = outcome;
+    }
 };

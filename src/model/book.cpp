@@ -27,14 +27,6 @@ QString Book::folderKey(qint16 nr)
     return u'>' + QString::number(nr);
 }
 
-void Book::note(const FileOutcome &outcome)
-{
-    if (outcome.wasMovedAside())
-        m_movedAside.append(outcome.movedAsidePath);
-    if (!outcome.ok() || outcome.wasMovedAside())
-        m_lastOutcome = outcome;
-}
-
 QByteArray Book::encodeRecord(const Thema &folder, qint32 number)
 {
     RecordWriter writer(RecordLength);
@@ -47,9 +39,9 @@ QByteArray Book::encodeRecord(const Thema &folder, qint32 number)
 
 bool Book::LoadAllThema()
 {
-    m_lastOutcome = {};
+    m_outcomes.last = {};
     const RecordFile::Buffer read = RecordFile::readBuffer(indexPath(), RecordLength);
-    note({indexPath(), read.movedAsidePath, read.error});
+    m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
 
     KeyedList<Thema> folders;
     folders.reserve(std::min<qsizetype>(read.count(), 32767));
@@ -88,7 +80,7 @@ bool Book::LoadAllThema()
 
 bool Book::SaveAllThema()
 {
-    m_lastOutcome = {};
+    m_outcomes.last = {};
     QList<QByteArray> records;
     records.reserve(colThema.count());
     bool ok = true;
@@ -97,7 +89,7 @@ bool Book::SaveAllThema()
         records.append(encodeRecord(folder, qint32(i + 1)));
         if (folder.IsEdit) {
             const FileOutcome saved = folder.SaveBookmarks();
-            note(saved);
+            m_outcomes.note(saved);
             ok = ok && saved.ok();
         }
     }
@@ -105,7 +97,7 @@ bool Book::SaveAllThema()
     // is missing.
     FileOutcome index {indexPath(), {}, {}};
     if (!RecordFile::writeAll(index.path, records, &index.error)) {
-        note(index);
+        m_outcomes.note(index);
         return false;
     }
     IsEdit = !ok;
@@ -150,6 +142,6 @@ qsizetype Book::indexOfFolderNamed(const QString &name) const
 FileOutcome Book::ensureLoaded(Thema &folder)
 {
     const FileOutcome outcome = folder.ensureLoaded();
-    note(outcome);
+    m_outcomes.note(outcome);
     return outcome;
 }

@@ -46,16 +46,13 @@ public:
     FileOutcome ensureLoaded(Thema &folder);
 
     // The outcome of the last load or save of a file that went wrong, if any.
-    const FileOutcome &lastOutcome() const { return m_lastOutcome; }
+    const FileOutcome &lastOutcome() const { return m_outcomes.last; }
     // Every invalid file moved aside since the archive was created, for the UI to show.
-    const QStringList &movedAsideFiles() const { return m_movedAside; }
+    const QStringList &movedAsideFiles() const { return m_outcomes.movedAside; }
 
     static QByteArray encodeRecord(const Thema &folder, qint32 number);
 
 private:
-    void note(const FileOutcome &outcome);
-
     QString m_dataFolder;
-    FileOutcome m_lastOutcome;
-    QStringList m_movedAside;
+    FileOutcomeLog m_outcomes;
 };

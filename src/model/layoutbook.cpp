@@ -22,14 +22,6 @@ QString LayoutBook::indexPath() const
     return m_dataFolder + QStringLiteral("/WLBook.vtp");
 }
 
-void LayoutBook::note(const FileOutcome &outcome)
-{
-    if (outcome.wasMovedAside())
-        m_movedAside.append(outcome.movedAsidePath);
-    if (!outcome.ok() || outcome.wasMovedAside())
-        m_lastOutcome = outcome;
-}
-
 QByteArray LayoutBook::encodeRecord(const LayoutItem &item, qint32 number)
 {
     RecordWriter writer(RecordLength);
@@ -43,9 +35,9 @@ QByteArray LayoutBook::encodeRecord(const LayoutItem &item, qint32 number)
 
 bool LayoutBook::LoadAllLayouts()
 {
-    m_lastOutcome = {};
+    m_outcomes.last = {};
     const RecordFile::ReadResult read = RecordFile::readAll(indexPath(), RecordLength);
-    note({indexPath(), read.movedAsidePath, read.error});
+    m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
     colLayout.clear();
     colLayout.reserve(read.records.size());
     for (const QByteArray &record : read.records) {
@@ -57,7 +49,7 @@ bool LayoutBook::LoadAllLayouts()
         item.IsEdit = false;
         item.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, item.Sequenz);
-        note(item.LoadAllFensterInfos());
+        m_outcomes.note(item.LoadAllFensterInfos());
         colLayout.append(std::move(item));
     }
     if (colLayout.isEmpty()) {
@@ -71,7 +63,7 @@ bool LayoutBook::LoadAllLayouts()
 
 bool LayoutBook::SaveAllLayouts()
 {
-    m_lastOutcome = {};
+    m_outcomes.last = {};
     QList<QByteArray> records;
     records.reserve(colLayout.size());
     bool ok = true;
@@ -79,14 +71,14 @@ bool LayoutBook::SaveAllLayouts()
         LayoutItem &item = colLayout[i];
         if (item.IsEdit) {
             const FileOutcome saved = item.SaveAllFensterInfos();
-            note(saved);
+            m_outcomes.note(saved);
             ok = ok && saved.ok();
         }
         records.append(encodeRecord(item, qint32(i + 1)));
     }
     FileOutcome index {indexPath(), {}, {}};
     if (!RecordFile::writeAll(index.path, records, &index.error)) {
-        note(index);
+        m_outcomes.note(index);
         return false;
     }
     IsEdit = !ok;

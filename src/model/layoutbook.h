@@ -39,15 +39,12 @@ public:
     // Rewrites the index and every layout's windows.
     bool UpdateAllLayouts();
 
-    const FileOutcome &lastOutcome() const { return m_lastOutcome; }
-    const QStringList &movedAsideFiles() const { return m_movedAside; }
+    const FileOutcome &lastOutcome() const { return m_outcomes.last; }
+    const QStringList &movedAsideFiles() const { return m_outcomes.movedAside; }
 
     static QByteArray encodeRecord(const LayoutItem &item, qint32 number);
 
 private:
-    void note(const FileOutcome &outcome);
-
     QString m_dataFolder;
-    FileOutcome m_lastOutcome;
-    QStringList m_movedAside;
+    FileOutcomeLog m_outcomes;
 };
