@@ -66,30 +66,32 @@ private slots:
         MDIForm1 frame;
         frame.show();
         frmBrowser *window = frame.OpenNewBrowser(url("/a"));
-        QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("A"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(window->Title == u"A" && !window->page()->isLoading(), 15000);
 
         QComboBox *box = window->addressBox();
         box->setEditText(QStringLiteral("   ") + url("/b") + QStringLiteral("  "));
         QTest::keyClick(box->lineEdit(), Qt::Key_Return);
-        QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("B"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(window->Title == u"B" && !window->page()->isLoading(), 15000);
         QCOMPARE(window->LastRequestUrl, url("/b"));
 
         box->setEditText(url("/a"));
         QTest::keyClick(box->lineEdit(), Qt::Key_Return);
-        QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("A"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(window->Title == u"A" && !window->page()->isLoading(), 15000);
         QCOMPARE(entries(box), (QStringList {url("/a"), url("/b")}));
         QVERIFY(!window->AddressUpdating);
 
-        // Every completed page is recorded once, newest last.
-        QTRY_VERIFY(frame.history().size() >= 3);
+        // Every completed page is recorded once, newest last. (The title shows before
+        // a page has finished loading; the steps above wait for the loading to end, so
+        // no page is cut short by the next one.)
+        QTRY_COMPARE_WITH_TIMEOUT(frame.history().size(), 3, 15000);
         QCOMPARE(frame.history().last().URL(), url("/a"));
         QCOMPARE(frame.history().last().Title(), QStringLiteral("A"));
 
         // Back and forward, and neither fails where there is nothing to go to.
         window->GoBack();
-        QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("B"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(window->Title == u"B" && !window->page()->isLoading(), 15000);
         window->GoForward();
-        QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("A"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(window->Title == u"A" && !window->page()->isLoading(), 15000);
         window->GoForward();
         QTest::qWait(200);
         QCOMPARE(window->Title, QStringLiteral("A"));
@@ -97,7 +99,7 @@ private slots:
         // An empty address goes to the start page of the window.
         window->StartUrl = url("/b");
         window->Navigate(QString());
-        QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("B"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(window->Title == u"B" && !window->page()->isLoading(), 15000);
     }
 
     void historyKeepsTheNewestRows()
