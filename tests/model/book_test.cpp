@@ -1,30 +1,14 @@
 #include "model/book.h"
+#include "recordbytes.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QtEndian>
 #include <QtTest>
 
+using namespace RecordBytes;
+
 namespace {
-QByteArray padded(const QByteArray &text, int width)
-{
-    QByteArray field = text.left(width);
-    field.append(width - field.size(), ' ');
-    return field;
-}
-QByteArray le16(qint16 v)
-{
-    QByteArray b(2, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
-}
-QByteArray le32(qint32 v)
-{
-    QByteArray b(4, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
-}
 QByteArray indexRecord(qint32 sequenz, qint32 nr, const QByteArray &name, const QByteArray &file)
 {
     return le32(sequenz) + le32(nr) + padded(name, 200) + padded(file, 2083);
@@ -34,11 +18,6 @@ QByteArray bookmarkRecord(qint16 nr, const QByteArray &title, const QByteArray &
 {
     return le16(nr) + padded(title, 255) + padded(url, 2083) + padded(info, 1024) + le16(address)
         + le16(toolbar);
-}
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
 }
 void writeFile(const QString &path, const QByteArray &bytes)
 {

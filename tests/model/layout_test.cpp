@@ -1,36 +1,12 @@
 #include "model/layout.h"
 #include "model/layoutbook.h"
+#include "recordbytes.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <QtEndian>
 #include <QtTest>
 
-namespace {
-QByteArray padded(const QByteArray &text, int width)
-{
-    QByteArray field = text.left(width);
-    field.append(width - field.size(), ' ');
-    return field;
-}
-QByteArray le16(qint16 v)
-{
-    QByteArray b(2, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
-}
-QByteArray le32(qint32 v)
-{
-    QByteArray b(4, '\0');
-    qToLittleEndian(v, b.data());
-    return b;
-}
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-} // namespace
+using namespace RecordBytes;
 
 class LayoutTest : public QObject
 {

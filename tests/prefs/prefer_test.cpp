@@ -1,6 +1,7 @@
 #include "app/uitexts.h"
 #include "platform/recordcodec.h"
 #include "prefs/prefer.h"
+#include "recordbytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,12 +9,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using RecordBytes::readFile;
+
 namespace {
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 qint16 int16At(const QByteArray &bytes, int offset)
 {
     return RecordReader(bytes, offset + 2).int16(offset);
