@@ -175,11 +175,6 @@ void MDIForm1::dropEvent(QDropEvent *event)
     event->acceptProposedAction();
 }
 
-void MDIForm1::changeEvent(QEvent *event)
-{
-    QMainWindow::changeEvent(event);
-}
-
 void MDIForm1::setFullScreen(bool on)
 {
     if (on) {
