@@ -5,4 +5,4 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/install-deps.sh"
 cmake -S "$top" -B "$top/build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$top/build" --target vantrell vantrell-tool
-exec "$top/build/src/vantrell" "$@"
+exec "$top/build/bin/vantrell" "$@"

@@ -6,14 +6,14 @@
 //
 // usage: bench_bookmarks [FOLDERS [BOOKMARKS_PER_FOLDER [REPEATS]]]
 
-#include "app/clock.h"
-#include "model/book.h"
-#include "model/bookediting.h"
-#include "platform/recordfile.h"
-#include "tools/netscapeexport.h"
-#include "tools/netscapeimport.h"
-#include "tools/textexports.h"
-#include "tools/xmlexports.h"
+#include "core/base/clock.h"
+#include "core/model/book.h"
+#include "core/model/bookediting.h"
+#include "core/records/recordfile.h"
+#include "core/exchange/netscapeexport.h"
+#include "core/exchange/netscapeimport.h"
+#include "core/exchange/textexports.h"
+#include "core/exchange/xmlexports.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,8 +1,8 @@
 // Times reading a 10,000-item RSS feed and building its page, as a ratio to parsing the
 // same bytes with QDomDocument alone, measured in the same run.
 
-#include "browser/feedpage.h"
-#include "browser/feedparser.h"
+#include "core/feeds/feedpage.h"
+#include "core/feeds/feedparser.h"
 
 #include <QCoreApplication>
 #include <QDomDocument>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/webenginesetup.h"
+#include "engine/webenginesetup.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
-#include "browser/feeddocument.h"
-#include "browser/feedfetcher.h"
-#include "browser/feedpage.h"
-#include "browser/feedparser.h"
-#include "toolcontext.h"
+#include "core/feeds/feeddocument.h"
+#include "core/feeds/feedfetcher.h"
+#include "core/feeds/feedpage.h"
+#include "core/feeds/feedparser.h"
+#include "app/tool/toolcontext.h"
 
 #include <QEventLoop>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
-#include "model/layout.h"
-#include "model/layoutbook.h"
-#include "toolcontext.h"
+#include "core/model/layout.h"
+#include "core/model/layoutbook.h"
+#include "app/tool/toolcontext.h"
 
 #include <QFileInfo>
 

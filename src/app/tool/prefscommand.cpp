@@ -1,6 +1,6 @@
-#include "app/uitexts.h"
-#include "prefs/prefer.h"
-#include "toolcontext.h"
+#include "core/base/uitexts.h"
+#include "core/prefs/prefer.h"
+#include "app/tool/toolcontext.h"
 
 int runPrefsCommand(ToolContext &context)
 {

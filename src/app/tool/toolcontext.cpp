@@ -1,4 +1,4 @@
-#include "toolcontext.h"
+#include "app/tool/toolcontext.h"
 
 int ToolContext::fail(Exit code, const QString &message) const
 {

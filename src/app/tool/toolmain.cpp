@@ -1,7 +1,7 @@
-#include "app/appinfo.h"
-#include "app/clock.h"
-#include "app/uitexts.h"
-#include "toolcontext.h"
+#include "core/base/appinfo.h"
+#include "core/base/clock.h"
+#include "core/base/uitexts.h"
+#include "app/tool/toolcontext.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,0 @@
-#include "app/appinit.h"
-
-int main(int argc, char *argv[])
-{
-    return AppInit::Main(argc, argv);
-}

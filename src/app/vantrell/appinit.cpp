@@ -1,0 +1,159 @@
+#include "app/vantrell/appinit.h"
+
+#include "core/base/appinfo.h"
+#include "core/base/commandline.h"
+#include "core/base/quitsignals.h"
+#include "core/base/singleinstance.h"
+#include "core/base/uitexts.h"
+#include "core/base/feedmark.h"
+#include "ui/browser/frmbrowser.h"
+#include "ui/frame/appicon.h"
+#include "ui/frame/mdiform1.h"
+#include "ui/frame/tabstrip.h"
+#include "ui/frame/twips.h"
+#include "ui/frame/windowsets.h"
+#include "engine/downloads.h"
+#include "engine/webenginesetup.h"
+#include "core/prefs/prefer.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QSessionManager>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace {
+
+// Relative paths of existing files become absolute, so that a running instance in
+// another folder finds them.
+QStringList commandLineArguments(const QStringList &raw)
+{
+    QStringList arguments;
+    for (const QString &argument : raw) {
+        const QFileInfo file(argument);
+        arguments.append(!argument.contains(u':') && file.exists() && file.isRelative()
+                ? file.absoluteFilePath()
+                : argument);
+    }
+    return arguments;
+}
+
+void applyPreferences(MDIForm1 &frame)
+{
+    const Prefer &p = prefer();
+    frame.statusBar()->setVisible(p.StatusBar() != 0);
+    frame.AddressBarDefault = p.Adresszeile() != 0;
+    frame.ToolbarDefault = p.Toolbar() != 0;
+    frame.policy.AllowOpenWin = p.AllowOpenWin() != 0;
+    frame.policy.AllowResizeWin = p.AllowResizeWin() != 0;
+    frame.policy.AllowWinInBack = p.AllowWinInBack() != 0;
+    frame.policy.AllowWinRef = p.AllowWinRef() != 0;
+}
+
+void runStartOption(MDIForm1 &frame, const QString &dataFolder)
+{
+    QString problem;
+    const qint16 option = prefer().LoadOption();
+    if (option == 3)
+        WindowSets::openBookmarkFolder(frame, dataFolder, prefer().GroupFile(), &problem);
+    else if (option == 2)
+        WindowSets::openLayoutFile(frame, prefer().Layout(), &problem);
+    if (!problem.isEmpty())
+        frame.setStatusText(problem);
+}
+
+} // namespace
+
+namespace AppInit {
+
+int Main(int argc, char *argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    WebEngineSetup::registerSchemes();
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Vantrell"));
+    QApplication::setDesktopFileName(QStringLiteral("vantrell"));
+    QApplication::setWindowIcon(AppIcon::make());
+
+    // Data folder, created on every start.
+    const QString dataFolder = AppInfo::dataFolderPath();
+    AppInfo::ensureDataFolder(dataFolder);
+    UiTexts::load(UiTexts::languageForLocale());
+
+    const QStringList arguments = commandLineArguments(app.arguments().mid(1));
+    const QString rawLine = CommandLine::rawLine(arguments);
+    const int markers = CommandLine::markerSum(rawLine, arguments);
+
+    SingleInstance instance(dataFolder);
+    const SingleInstance::Role role = instance.start();
+    if (role == SingleInstance::Role::Second) {
+        // Only a page or file is handed over; otherwise the running one just comes forward.
+        return instance.handOver(markers >= 1 ? rawLine : QString()) ? 0 : 1;
+    }
+    if (role == SingleInstance::Role::Failed) {
+        QMessageBox::critical(nullptr, uiText(1113), uiText(2055));
+        return 1;
+    }
+
+    const QString prefPath = AppInfo::dataFile(QStringLiteral("Pref.vtp"));
+    const Prefer::LoadResult loaded = prefer().LoadPref(prefPath);
+    if (loaded == Prefer::LoadResult::OldFormat) {
+        QMessageBox::critical(
+            nullptr, uiText(1113), uiText(1141) + QStringLiteral(" \"") + dataFolder + u'"');
+        return 1;
+    }
+
+    WebEngineSetup::profile(dataFolder);
+    MDIForm1 frame;
+    frame.setWindowTitle(AppInfo::frameCaption());
+    applyPreferences(frame);
+    auto *downloads = new Downloads(WebEngineSetup::profile(), &frame);
+    QObject::connect(downloads, &Downloads::statusText, &frame, &MDIForm1::setStatusText);
+    QObject::connect(
+        &instance, &SingleInstance::commandLineReceived, &frame, &MDIForm1::handleHandOver);
+
+    frame.resize(Twips::toPixels(prefer().MdiWidth(), &frame),
+        Twips::toPixels(prefer().MdiHeight(), &frame));
+    if (prefer().MdiState() == 2)
+        frame.setWindowState(Qt::WindowMaximized);
+    frame.SetTabAlign(prefer().TabAlign());
+    frame.SetTabButton(prefer().TabButton() != 0);
+
+    // The first window: the command line's address, the start page, or the start
+    // page rendered as a feed.
+    if (prefer().StartBrowser() > 0 || prefer().StartBrowser() == -1 || !rawLine.isEmpty()) {
+        const QString address = CommandLine::addressToOpen(rawLine);
+        frmBrowser *first = nullptr;
+        const bool feedStartPage = FeedMark::isFeedStartPageTitle(prefer().HomeTitle());
+        if (rawLine.isEmpty() && !feedStartPage) {
+            first = frame.OpenNewBrowser(prefer().HomeUrl().trimmed());
+        } else if (rawLine.isEmpty()) {
+            first = frame.CreateBrowser(QStringLiteral("MDI"));
+            first->LoadFeed(prefer().HomeUrl().trimmed());
+        } else {
+            frame.PendingAddress = address;
+            first = frame.NewBrowser();
+            frame.PendingAddress.clear();
+        }
+        if (first && first->parentWidget())
+            first->parentWidget()->showMaximized();
+    }
+    frame.show();
+
+    if (loaded == Prefer::LoadResult::ReplacedInvalid)
+        frame.setStatusText(uiText(2000).arg(prefPath, prefer().movedAsidePath()));
+    runStartOption(frame, dataFolder);
+
+    // The system asking the program to quit closes it as the user would.
+    QuitSignals quit;
+    QObject::connect(&quit, &QuitSignals::quitRequested, &frame, &MDIForm1::close);
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, &frame,
+        [&frame](QSessionManager &) { frame.Unload(); });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &frame, &MDIForm1::Unload);
+    return app.exec();
+}
+
+} // namespace AppInit

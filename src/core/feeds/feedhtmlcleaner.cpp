@@ -1,0 +1,213 @@
+#include "core/feeds/feedhtmlcleaner.h"
+
+#include "core/feeds/feedhtmlrules.h"
+#include "core/feeds/feedhtmlscan.h"
+
+#include <gumbo.h>
+
+namespace {
+
+using namespace FeedHtmlRules;
+
+// Walks the parsed fragment: decides whether anything must go and writes the cleaned
+// markup (or, in text mode, only the text).
+class Writer
+{
+public:
+    explicit Writer(bool textOnly)
+        : m_textOnly(textOnly)
+    { }
+
+    void writeChildren(const GumboVector &children)
+    {
+        for (unsigned int i = 0; i < children.length; ++i)
+            writeNode(static_cast<const GumboNode *>(children.data[i]));
+    }
+
+    QString output;
+    bool changed = false;
+
+private:
+    void writeNode(const GumboNode *node)
+    {
+        switch (node->type) {
+        case GUMBO_NODE_TEXT:
+        case GUMBO_NODE_WHITESPACE:
+        case GUMBO_NODE_CDATA:
+            output += FeedHtmlCleaner::escape(QString::fromUtf8(node->v.text.text));
+            return;
+        case GUMBO_NODE_COMMENT:
+            return;
+        case GUMBO_NODE_DOCUMENT:
+            return;
+        case GUMBO_NODE_ELEMENT:
+        case GUMBO_NODE_TEMPLATE:
+            writeElement(node->v.element);
+            return;
+        }
+    }
+
+    void writeElement(const GumboElement &element)
+    {
+        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag)) {
+            changed = true;
+            return;
+        }
+        if (m_textOnly || !isAllowed(element.tag)) {
+            if (!m_textOnly)
+                changed = true;
+            writeChildren(element.children);
+            return;
+        }
+        const QString name = QString::fromLatin1(gumbo_normalized_tagname(element.tag));
+        output += u'<' + name;
+        for (unsigned int i = 0; i < element.attributes.length; ++i) {
+            const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[i]);
+            const QByteArray attributeName = QByteArray(attribute->name).toLower();
+            const QString value = QString::fromUtf8(attribute->value);
+            if (!isAllowedAttribute(attributeName)
+                || (isUrlAttribute(attributeName) && FeedHtmlCleaner::isUnsafeUrl(value))
+                || (attributeName == "style" && isUnsafeStyle(value))) {
+                changed = true;
+                continue;
+            }
+            output += u' ' + QString::fromLatin1(attributeName) + u"=\""
+                + FeedHtmlCleaner::escape(value) + u'"';
+        }
+        output += u'>';
+        if (isVoid(element.tag))
+            return;
+        writeChildren(element.children);
+        output += u"</" + name + u'>';
+    }
+
+    bool m_textOnly;
+};
+
+// Markup too costly to parse: everything from "<" to ">" goes, the rest is escaped
+// as text.
+QString withoutTags(const QString &html)
+{
+    QString text;
+    text.reserve(html.size());
+    bool inTag = false;
+    for (const QChar c : html) {
+        if (inTag)
+            inTag = c != u'>';
+        else if (c == u'<')
+            inTag = true;
+        else
+            text += c;
+    }
+    return FeedHtmlCleaner::escape(text);
+}
+
+template<typename Visit> void parseFragment(const QString &html, Visit visit)
+{
+    const QByteArray utf8 = html.toUtf8();
+    GumboOptions options = kGumboDefaultOptions;
+    options.fragment_context = GUMBO_TAG_DIV;
+    options.max_errors = 1;
+    GumboOutput *parsed = gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size()));
+    visit(parsed);
+    gumbo_destroy_output(&options, parsed);
+}
+
+} // namespace
+
+bool FeedHtmlCleaner::Budget::take(int depth)
+{
+    if (depth > MaxDepth || m_left <= 0)
+        return false;
+    m_left -= qint64(depth) * depth;
+    return true;
+}
+
+QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
+{
+    // Text without a tag cannot hold markup of any kind; simple well-formed markup of
+    // allowed elements is recognised without building a tree.
+    if (!html.contains(u'<') || FeedHtmlScan::isSafeAsWritten(html))
+        return html;
+    return cleanByTree(html, budget);
+}
+
+QString FeedHtmlCleaner::cleanByTree(const QString &html, Budget *budget)
+{
+    Budget single;
+    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+        return withoutTags(html);
+    QString cleaned;
+    parseFragment(html, [&](const GumboOutput *parsed) {
+        Writer writer(false);
+        writer.writeChildren(parsed->root->v.element.children);
+        cleaned = writer.changed || parsed->errors.length > 0 ? writer.output : html;
+    });
+    return cleaned;
+}
+
+QString FeedHtmlCleaner::toPlainText(const QString &html, Budget *budget)
+{
+    if (!html.contains(u'<') && !html.contains(u'&'))
+        return html;
+    Budget single;
+    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+        return withoutTags(html);
+    QString text;
+    parseFragment(html, [&](const GumboOutput *parsed) {
+        Writer writer(true);
+        writer.writeChildren(parsed->root->v.element.children);
+        text = writer.output;
+    });
+    return text;
+}
+
+QString FeedHtmlCleaner::escape(const QString &text)
+{
+    qsizetype at = 0;
+    const qsizetype size = text.size();
+    while (at < size) {
+        const QChar c = text.at(at);
+        if (c == u'&' || c == u'<' || c == u'>' || c == u'"' || c == u'\'')
+            break;
+        ++at;
+    }
+    if (at == size)
+        return text;
+    QString escaped = text.left(at);
+    escaped.reserve(size + 16);
+    for (; at < size; ++at) {
+        const QChar c = text.at(at);
+        if (c == u'&')
+            escaped += u"&amp;";
+        else if (c == u'<')
+            escaped += u"&lt;";
+        else if (c == u'>')
+            escaped += u"&gt;";
+        else if (c == u'"')
+            escaped += u"&quot;";
+        else if (c == u'\'')
+            escaped += u"&#39;";
+        else
+            escaped += c;
+    }
+    return escaped;
+}
+
+bool FeedHtmlCleaner::isUnsafeUrl(const QString &url)
+{
+    // Browsers ignore control characters and blanks inside a scheme.
+    QString scheme;
+    for (const QChar c : url) {
+        if (c == u':')
+            break;
+        if (c.unicode() <= 0x20)
+            continue;
+        scheme += c.toLower();
+        if (scheme.size() > 10)
+            return false;
+    }
+    if (!url.contains(u':'))
+        return false;
+    return scheme == u"javascript" || scheme == u"vbscript" || scheme == u"data";
+}

@@ -1,0 +1,76 @@
+#include "core/model/layout.h"
+
+#include "core/records/recordcodec.h"
+#include "core/records/recordfile.h"
+
+using ArchiveFiles::roundTwips;
+
+namespace {
+// Layout file record: number, geometry, address, two bar flags, state, caption.
+constexpr int NrAt = 0, LeftAt = 2, TopAt = 4, WidthAt = 6, HeightAt = 8;
+constexpr int AddressAt = 10, AddressWidth = 1024;
+constexpr int FirstBandAt = 1034, ThirdBandAt = 1036, StateAt = 1038;
+constexpr int CaptionAt = 1040, CaptionWidth = 516;
+} // namespace
+
+namespace Layout {
+
+QByteArray encodeRecord(const WindowDescription &window, qint16 number)
+{
+    RecordWriter writer(RecordLength);
+    writer.putInt16(NrAt, number);
+    writer.putInt16(LeftAt, roundTwips(window.left));
+    writer.putInt16(TopAt, roundTwips(window.top));
+    writer.putInt16(WidthAt, roundTwips(window.width));
+    writer.putInt16(HeightAt, roundTwips(window.height));
+    writer.putText(AddressAt, AddressWidth, window.address);
+    writer.putInt16(FirstBandAt, window.addressBarVisible);
+    writer.putInt16(ThirdBandAt, window.toolbarVisible);
+    writer.putInt16(StateAt, window.windowState);
+    writer.putText(CaptionAt, CaptionWidth, window.caption);
+    return writer.bytes();
+}
+
+WindowDescription decodeRecord(const QByteArray &record)
+{
+    const RecordReader reader(record, RecordLength);
+    WindowDescription window;
+    window.left = reader.int16(LeftAt);
+    window.top = reader.int16(TopAt);
+    window.width = reader.int16(WidthAt);
+    window.height = reader.int16(HeightAt);
+    window.address = ArchiveFiles::recordText(record, AddressAt, AddressWidth);
+    window.addressBarVisible = reader.int16(FirstBandAt);
+    window.toolbarVisible = reader.int16(ThirdBandAt);
+    window.windowState = reader.int16(StateAt);
+    window.caption = ArchiveFiles::recordText(record, CaptionAt, CaptionWidth);
+    return window;
+}
+
+FileOutcome SaveLayout(const QString &path, const QList<WindowDescription> &windows)
+{
+    FileOutcome outcome;
+    outcome.path = RecordCodec::trimBlanks(path);
+    QList<QByteArray> records;
+    records.reserve(windows.size());
+    for (qsizetype i = 0; i < windows.size(); ++i)
+        records.append(encodeRecord(windows.at(i), qint16(std::min<qsizetype>(i + 1, 32767))));
+    RecordFile::writeAll(outcome.path, records, &outcome.error);
+    return outcome;
+}
+
+ReadResult LoadLayout(const QString &path)
+{
+    ReadResult result;
+    result.outcome.path = RecordCodec::trimBlanks(path);
+    const RecordFile::ReadResult read
+        = RecordFile::readAll(result.outcome.path, RecordLength, RecordFile::Missing::LeaveAbsent);
+    result.outcome.movedAsidePath = read.movedAsidePath;
+    result.outcome.error = read.error;
+    result.windows.reserve(read.records.size());
+    for (const QByteArray &record : read.records)
+        result.windows.append(decodeRecord(record));
+    return result;
+}
+
+} // namespace Layout

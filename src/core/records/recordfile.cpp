@@ -1,0 +1,127 @@
+#include "core/records/recordfile.h"
+
+#include "core/base/clock.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace RecordFile {
+
+namespace {
+// Opens the file for reading, or creates it or moves it aside as readAll describes;
+// returns false when there is nothing (more) to read.
+bool openRecords(QFile &file, int recordLength, Missing missing, Buffer &result)
+{
+    const QString path = file.fileName();
+    if (!file.exists()) {
+        if (missing == Missing::CreateEmpty)
+            writeBytes(path, {}, &result.error);
+        return false;
+    }
+    // Unbuffered: the file is read in large pieces, and QFile's own buffer would only
+    // add a copy.
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        result.error = file.errorString();
+        return false;
+    }
+    if (file.size() % recordLength != 0) {
+        file.close();
+        result.movedAsidePath = moveAside(path);
+        if (result.movedAsidePath.isEmpty())
+            result.error = QStringLiteral("cannot move %1 aside").arg(path);
+        return false;
+    }
+    return true;
+}
+} // namespace
+
+Buffer readBuffer(const QString &path, int recordLength, Missing missing)
+{
+    Buffer result;
+    result.recordLength = recordLength;
+    QFile file(path);
+    if (!openRecords(file, recordLength, missing, result))
+        return result;
+    const qint64 size = file.size();
+    result.bytes.resize(size);
+    if (file.read(result.bytes.data(), size) != size) {
+        result.error = file.errorString();
+        result.bytes.clear();
+    }
+    return result;
+}
+
+Buffer readEach(const QString &path, int recordLength, Missing missing,
+    const std::function<bool(QByteArrayView record)> &take)
+{
+    Buffer result;
+    result.recordLength = recordLength;
+    QFile file(path);
+    if (!openRecords(file, recordLength, missing, result))
+        return result;
+    // About a megabyte: few system calls, and still in the processor's cache when the
+    // records are decoded.
+    const qsizetype perBlock = std::max<qsizetype>(1, (1024 * 1024) / recordLength);
+    QByteArray block(perBlock * recordLength, Qt::Uninitialized);
+    for (qint64 left = file.size(); left > 0;) {
+        const qint64 want = std::min<qint64>(left, block.size());
+        if (file.read(block.data(), want) != want) {
+            result.error = file.errorString();
+            return result;
+        }
+        left -= want;
+        for (qsizetype at = 0; at < want; at += recordLength) {
+            if (!take(QByteArrayView(block.constData() + at, recordLength)))
+                return result;
+        }
+    }
+    return result;
+}
+
+ReadResult readAll(const QString &path, int recordLength, Missing missing)
+{
+    Buffer buffer = readBuffer(path, recordLength, missing);
+    ReadResult result;
+    result.movedAsidePath = std::move(buffer.movedAsidePath);
+    result.error = std::move(buffer.error);
+    const qsizetype count = buffer.count();
+    result.records.reserve(count);
+    for (qsizetype i = 0; i < count; ++i)
+        result.records.append(buffer.record(i).toByteArray());
+    return result;
+}
+
+bool writeBytes(const QString &path, const QByteArray &bytes, QString *error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+bool writeAll(const QString &path, const QList<QByteArray> &records, QString *error)
+{
+    QByteArray bytes;
+    qsizetype total = 0;
+    for (const QByteArray &record : records)
+        total += record.size();
+    bytes.reserve(total);
+    for (const QByteArray &record : records)
+        bytes.append(record);
+    return writeBytes(path, bytes, error);
+}
+
+QString moveAside(const QString &path)
+{
+    const QString stamp = Clock::now().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    QString target = path + QStringLiteral(".bad-") + stamp;
+    for (int n = 2; QFileInfo::exists(target); ++n)
+        target = path + QStringLiteral(".bad-") + stamp + u'-' + QString::number(n);
+    return QFile::rename(path, target) ? target : QString();
+}
+
+} // namespace RecordFile

@@ -1,0 +1,95 @@
+#include "engine/webenginesetup.h"
+
+#include "engine/generatedpages.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+#include <QWebEngineUrlSchemeHandler>
+
+static void initPageResources()
+{
+    Q_INIT_RESOURCE(ui);
+}
+
+namespace {
+
+// Serves the pages that ship with the program and the pages it generates.
+class OwnSchemeHandler final : public QWebEngineUrlSchemeHandler
+{
+public:
+    using QWebEngineUrlSchemeHandler::QWebEngineUrlSchemeHandler;
+
+    void requestStarted(QWebEngineUrlRequestJob *job) override
+    {
+        const QUrl url = job->requestUrl();
+        QByteArray body;
+        if (url.host() == u"welcome") {
+            QFile file(QStringLiteral(":/ui/pages/welcome.html"));
+            if (file.open(QIODevice::ReadOnly))
+                body = file.readAll();
+        } else if (url.host() == u"page") {
+            body = GeneratedPages::instance().page(url.path().mid(1));
+        }
+        if (body.isEmpty()) {
+            job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+            return;
+        }
+        auto *buffer = new QBuffer(job);
+        buffer->setData(body);
+        job->reply(QByteArrayLiteral("text/html;charset=utf-8"), buffer);
+    }
+};
+
+QWebEngineProfile *&sharedProfile()
+{
+    static QWebEngineProfile *profile = nullptr;
+    return profile;
+}
+
+} // namespace
+
+namespace WebEngineSetup {
+
+QString schemeName()
+{
+    return QStringLiteral("vantrell");
+}
+
+void registerSchemes()
+{
+    QWebEngineUrlScheme scheme(schemeName().toLatin1());
+    scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    // Local to the program: pages of the web cannot reach it, and it has no file access.
+    scheme.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::LocalScheme
+        | QWebEngineUrlScheme::ContentSecurityPolicyIgnored);
+    QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+QWebEngineProfile *profile(const QString &dataFolder)
+{
+    if (sharedProfile())
+        return sharedProfile();
+    initPageResources();
+    auto *created = new QWebEngineProfile(QStringLiteral("vantrell"));
+    created->setPersistentStoragePath(dataFolder + QStringLiteral("/engine"));
+    created->setCachePath(dataFolder + QStringLiteral("/engine-cache"));
+    created->installUrlSchemeHandler(schemeName().toLatin1(), new OwnSchemeHandler(created));
+    created->settings()->setAttribute(QWebEngineSettings::FullScreenSupportEnabled, true);
+    created->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, true);
+    created->settings()->setAttribute(QWebEngineSettings::JavascriptCanAccessClipboard, false);
+    // A saved page on disk shows its pictures and styles from the web, as in other browsers.
+    created->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
+    sharedProfile() = created;
+    return created;
+}
+
+QWebEngineProfile *profile()
+{
+    return sharedProfile() ? sharedProfile() : QWebEngineProfile::defaultProfile();
+}
+
+} // namespace WebEngineSetup

@@ -1,2 +1,0 @@
-include(${CMAKE_CURRENT_LIST_DIR}/archive.cmake)
-include(${CMAKE_CURRENT_LIST_DIR}/collections.cmake)

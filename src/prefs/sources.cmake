@@ -1,3 +1,0 @@
-list(APPEND VANTRELL_CORE_SOURCES
-    ${CMAKE_CURRENT_LIST_DIR}/prefer.cpp
-)

@@ -1,0 +1,322 @@
+#include "ui/browser/browsertoolbar.h"
+
+#include "core/base/uitexts.h"
+#include "ui/browser/drivemenu.h"
+#include "core/feeds/feedlist.h"
+#include "core/base/feedmark.h"
+#include "ui/browser/frmbrowser.h"
+#include "ui/desktop/networkdrives.h"
+#include "ui/browser/toolbaricons.h"
+#include "ui/frame/framemenus.h"
+#include "ui/desktop/mailprogram.h"
+#include "ui/frame/mdiform1.h"
+#include "ui/frame/openalllinks.h"
+#include "core/browsing/usercommand.h"
+#include "core/prefs/prefer.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFileDialog>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPointer>
+#include <QStandardPaths>
+#include <QToolBar>
+#include <QToolButton>
+
+namespace {
+// Drop-down entries and their texts.
+const QHash<QString, int> &entryTexts()
+{
+    static const QHash<QString, int> texts = {{QStringLiteral("Refresh"), 600},
+        {QStringLiteral("Roundtrip"), 605}, {QStringLiteral("RoundtripFrame"), 606},
+        {QStringLiteral("GetHome"), 1027}, {QStringLiteral("BrowserSearch"), 1500},
+        {QStringLiteral("DocSearch"), 1514}, {QStringLiteral("Cloneit"), 616},
+        {QStringLiteral("Startit"), 201}, {QStringLiteral("StartBlank"), 209},
+        {QStringLiteral("OpenallA"), 617}, {QStringLiteral("ClosePopups"), 426},
+        {QStringLiteral("CloseallWin"), 411}, {QStringLiteral("CloseOthers"), 422},
+        {QStringLiteral("mailer"), 608}, {QStringLiteral("sendurl"), 614},
+        {QStringLiteral("ppreview"), 613}, {QStringLiteral("print"), 612}};
+    return texts;
+}
+
+QStringList keys(std::initializer_list<const char *> names)
+{
+    QStringList list;
+    for (const char *name : names)
+        list.append(QLatin1String(name));
+    return list;
+}
+
+const QString FeedEntryKey = QStringLiteral("FeedItem");
+} // namespace
+
+BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
+    : QObject(bar)
+    , m_window(window)
+    , m_bar(bar)
+{
+    addButton(QStringLiteral("Back"), uiText(602));
+    addButton(QStringLiteral("Forward"), uiText(601));
+    addButton(QStringLiteral("Stop"), uiText(603));
+    addButton(
+        QStringLiteral("Refresh"), uiText(604), keys({"Refresh", "Roundtrip", "RoundtripFrame"}));
+    addButton(QStringLiteral("Home"), prefer().HomeUrl().trimmed(), keys({"GetHome"}));
+    addButton(QStringLiteral("Search"), prefer().SearchEngine().trimmed(),
+        keys({"BrowserSearch", "DocSearch"}));
+    addButton(QStringLiteral("Clone"), uiText(201),
+        keys({"Cloneit", "Startit", "StartBlank", "OpenallA", "ClosePopups", "CloseallWin",
+            "CloseOthers"}));
+    QAction *drive = addButton(QStringLiteral("Drive"), uiText(607));
+    auto *driveList = new QMenu(m_bar);
+    m_driveMenu = new DriveMenu(driveList);
+    drive->setMenu(driveList);
+    connect(driveList, &QMenu::triggered, this, &BrowserToolbar::menuClick);
+    addButton(QStringLiteral("Mail"), uiText(608), keys({"mailer", "sendurl"}));
+    addButton(QStringLiteral("history"), uiText(800));
+    addButton(QStringLiteral("Bookm"), uiText(609));
+    addButton(QStringLiteral("Save"), uiText(611));
+    addButton(QStringLiteral("Print"), uiText(612), keys({"ppreview", "print"}));
+    QAction *feeds = addButton(QStringLiteral("Feed"), uiText(2051));
+    auto *feedList = new QMenu(m_bar);
+    feeds->setMenu(feedList);
+    connect(feedList, &QMenu::triggered, this, &BrowserToolbar::menuClick);
+    feeds->setEnabled(false);
+
+    // The button menus open from their arrow; "Drive" and "Feed" are only a list.
+    for (QAction *button : std::as_const(m_buttons)) {
+        if (auto *tool = qobject_cast<QToolButton *>(m_bar->widgetForAction(button));
+            tool && button->menu()) {
+            const bool listOnly = button == drive || button == feeds;
+            tool->setPopupMode(listOnly ? QToolButton::InstantPopup : QToolButton::MenuButtonPopup);
+        }
+    }
+    // Features this build does not have yet are shown, disabled, with a tool tip saying so.
+    for (const char *key : {"Refresh", "Roundtrip", "RoundtripFrame", "BrowserSearch"})
+        markUnavailable(entry(QLatin1String(key)));
+    markUnavailable(button(QStringLiteral("Bookm")));
+    button(QStringLiteral("Bookm"))->setToolTip(uiText(609) + u'\n' + uiText(2045));
+    button(QStringLiteral("history"))->setEnabled(false);
+}
+
+QAction *BrowserToolbar::addButton(
+    const QString &key, const QString &tip, const QStringList &entries)
+{
+    auto *action = new QAction(ToolbarIcons::icon(key, m_bar->style()), tip, m_bar);
+    action->setObjectName(key);
+    action->setToolTip(tip);
+    m_bar->addAction(action);
+    m_buttons.insert(key, action);
+    m_order.append(key);
+    connect(action, &QAction::triggered, this, [this, key] { buttonClick(key); });
+    if (!entries.isEmpty()) {
+        auto *menu = new QMenu(m_bar);
+        menu->setToolTipsVisible(true);
+        for (const QString &name : entries)
+            addEntry(menu, name, entryTexts().value(name));
+        action->setMenu(menu);
+        connect(menu, &QMenu::triggered, this, &BrowserToolbar::menuClick);
+    }
+    return action;
+}
+
+void BrowserToolbar::addEntry(QMenu *menu, const QString &key, int textId)
+{
+    QAction *action = menu->addAction(uiText(textId));
+    action->setObjectName(key);
+    m_entries.insert(key, action);
+}
+
+void BrowserToolbar::markUnavailable(QAction *action)
+{
+    action->setEnabled(false);
+    action->setToolTip(uiText(2045));
+}
+
+QMenu *BrowserToolbar::menuOf(const QString &buttonKey) const
+{
+    QAction *action = button(buttonKey);
+    return action ? action->menu() : nullptr;
+}
+
+void BrowserToolbar::setHomeTip(const QString &tip)
+{
+    button(QStringLiteral("Home"))->setToolTip(tip);
+}
+
+void BrowserToolbar::syncHistory()
+{
+    const MDIForm1 *frame = m_window->frame();
+    button(QStringLiteral("history"))->setEnabled(frame && !frame->history().isEmpty());
+}
+
+void BrowserToolbar::showFeeds(const FeedList &feeds)
+{
+    QMenu *menu = menuOf(QStringLiteral("Feed"));
+    menu->clear();
+    for (int i = 0; i < feeds.GetFeedCount(); ++i) {
+        QString title = feeds.GetFeedTitelByInd(i).trimmed();
+        if (title.isEmpty())
+            title = feeds.GetFeedUrlByInd(i);
+        QAction *action = menu->addAction(title.replace(u'&', QStringLiteral("&&")));
+        action->setObjectName(FeedEntryKey);
+        action->setData(feeds.GetFeedUrlByInd(i));
+        action->setToolTip(feeds.GetFeedUrlByInd(i));
+    }
+    QAction *feedButton = button(QStringLiteral("Feed"));
+    feedButton->setEnabled(feeds.GetFeedCount() > 0);
+    feedButton->setToolTip(feeds.GetFeedCount() > 0 ? uiText(2050) : uiText(2051));
+}
+
+void BrowserToolbar::buttonClick(const QString &key)
+{
+    UserCommandPending = -1;
+    frmBrowser *w = m_window;
+    if (key == u"Back") {
+        w->GoBack();
+    } else if (key == u"Forward") {
+        w->GoForward();
+    } else if (key == u"Stop") {
+        w->Stop();
+    } else if (key == u"Refresh") {
+        w->Refresh();
+    } else if (key == u"Home") {
+        w->GoHome();
+    } else if (key == u"Search") {
+        w->FeedSourceUrl.clear();
+        w->Navigate(prefer().SearchEngine().trimmed());
+    } else if (key == u"Clone") {
+        startWindow();
+    } else if (key == u"Mail") {
+        startMail();
+    } else if (key == u"history" || key == u"Bookm") {
+        notAvailable();
+    } else if (key == u"Save") {
+        w->WebSave();
+    } else if (key == u"Print") {
+        w->WebPrint();
+    } else if (key == u"Drive" || key == u"Feed") {
+        if (auto *tool = qobject_cast<QToolButton *>(m_bar->widgetForAction(button(key))))
+            tool->showMenu();
+    }
+}
+
+void BrowserToolbar::menuClick(QAction *entry)
+{
+    UserCommandPending = -1;
+    frmBrowser *w = m_window;
+    if (!entry || !w->isBrowserVisible())
+        return;
+    MDIForm1 *frame = w->frame();
+    const QString key = entry->objectName();
+    if (key == u"mailer") {
+        startMail();
+    } else if (key == u"sendurl") {
+        w->LinkMailto();
+    } else if (key == u"ppreview") {
+        w->WebPrintPreview();
+    } else if (key == u"print") {
+        w->WebPrint();
+    } else if (key == u"Refresh" || key == u"Roundtrip" || key == u"RoundtripFrame"
+        || key == u"BrowserSearch") {
+        notAvailable();
+    } else if (key == u"Cloneit") {
+        if (frame)
+            frame->CloneActive();
+    } else if (key == u"ClosePopups") {
+        if (frame)
+            frame->ClosePopups();
+    } else if (key == u"CloseallWin") {
+        closeAllWindows();
+    } else if (key == u"CloseOthers") {
+        if (frame)
+            frame->CloseOtherBrowsers(w);
+    } else if (key == u"Startit") {
+        startWindow();
+    } else if (key == u"StartBlank") {
+        if (frame) {
+            frame->StartAddressOverride = QStringLiteral("about:blank");
+            startWindow();
+            frame->StartAddressOverride.clear();
+        }
+    } else if (key == u"OpenallA") {
+        if (frame)
+            frame->menus()->openAllLinks()->run(w);
+    } else if (key == u"GetHome") {
+        w->SetHomepage();
+    } else if (key == u"DocSearch") {
+        w->showFindBar();
+    } else if (key == FeedEntryKey) {
+        w->LoadFeed(entry->data().toString());
+    } else if (key == u"Browse") {
+        const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+        const QString folder = QFileDialog::getExistingDirectory(
+            w, uiText(620), QDir(desktop).exists() ? desktop : QDir::homePath());
+        if (!folder.isEmpty()) {
+            w->FeedSourceUrl.clear();
+            w->Navigate(folder);
+        }
+    } else if (key == u"Map" || key == u"Disconnect") {
+        QPointer<BrowserToolbar> self = this;
+        const auto rebuild = [self] {
+            if (self)
+                self->m_driveMenu->rebuild();
+        };
+        if (key == u"Map")
+            NetworkDrives::map(w, rebuild);
+        else
+            NetworkDrives::disconnect(w, rebuild);
+    } else {
+        // A drive entry: an entry without a root path does nothing.
+        const QString root = entry->data().toString();
+        if (root.isEmpty())
+            return;
+        w->FeedSourceUrl.clear();
+        w->Navigate(root);
+    }
+}
+
+void BrowserToolbar::startWindow()
+{
+    MDIForm1 *frame = m_window->frame();
+    if (!frame)
+        return;
+    const QString homeTitle = prefer().HomeTitle();
+    if (FeedMark::isFeedTitle(homeTitle) && frame->StartAddressOverride.isEmpty()) {
+        frmBrowser *created = frame->CreateBrowser(QStringLiteral("MDI"));
+        if (created)
+            created->LoadFeed(prefer().HomeUrl().trimmed());
+        return;
+    }
+    frame->NewBrowser();
+}
+
+void BrowserToolbar::closeAllWindows()
+{
+    MDIForm1 *frame = m_window->frame();
+    if (!frame)
+        return;
+    for (frmBrowser *other : frame->browsers()) {
+        if (other != m_window) {
+            if (auto *sub = qobject_cast<QMdiSubWindow *>(other->parentWidget()))
+                sub->close();
+        }
+    }
+    frame->TabSync();
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(m_window->parentWidget()))
+        sub->close();
+}
+
+void BrowserToolbar::startMail()
+{
+    if (MailProgram::start())
+        return;
+    if (MDIForm1 *frame = m_window->frame())
+        frame->setStatusText(MailProgram::failureText());
+}
+
+void BrowserToolbar::notAvailable()
+{
+    if (MDIForm1 *frame = m_window->frame())
+        frame->setStatusText(uiText(2045));
+}

@@ -1,0 +1,154 @@
+// The page commands of a browser window: history, save, print, mail, source, home
+// page and zoom. Errors of these commands are swallowed: they leave the window as it was.
+#include "core/base/appinfo.h"
+#include "core/base/uitexts.h"
+#include "ui/browser/browsertoolbar.h"
+#include "ui/browser/busyindicator.h"
+#include "ui/browser/feedloader.h"
+#include "ui/browser/frmbrowser.h"
+#include "core/prefs/prefer.h"
+
+#include <QAction>
+#include <QDesktopServices>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QPointer>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QUrlQuery>
+
+void frmBrowser::GoBack()
+{
+    if (page()->canGoBack())
+        page()->back();
+}
+
+void frmBrowser::GoForward()
+{
+    if (page()->canGoForward())
+        page()->forward();
+}
+
+void frmBrowser::Stop()
+{
+    timTimer->stop();
+    busy->reset();
+    if (m_feedLoader)
+        m_feedLoader->abort();
+    if (page()->isLoading())
+        page()->stop();
+    emit tabRefreshRequested();
+}
+
+void frmBrowser::Refresh()
+{
+    // A feed page is generated once; refreshing it loads the feed anew.
+    if (!FeedSourceUrl.isEmpty())
+        LoadFeed(FeedSourceUrl);
+    else
+        page()->reload();
+}
+
+void frmBrowser::GoHome()
+{
+    // A home title marks the home page as a feed.
+    if (!prefer().HomeTitle().isEmpty()) {
+        LoadFeed(prefer().HomeUrl().trimmed());
+        return;
+    }
+    FeedSourceUrl.clear();
+    Navigate(prefer().HomeUrl().trimmed());
+}
+
+void frmBrowser::WebSave()
+{
+    if (LocationURL().isEmpty())
+        return;
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    QString name = LocationName();
+    name.replace(u'/', u'_');
+    const QString path = QFileDialog::getSaveFileName(
+        this, uiText(611), folder + u'/' + name + QStringLiteral(".html"));
+    if (!path.isEmpty())
+        page()->savePage(path);
+}
+
+void frmBrowser::WebPrint()
+{
+    if (LocationURL().isEmpty())
+        return;
+    auto *printer = new QPrinter(QPrinter::HighResolution);
+    QPrintDialog dialog(printer, this);
+    if (dialog.exec() != QDialog::Accepted) {
+        delete printer;
+        return;
+    }
+    page()->print(printer, [printer](bool) { delete printer; });
+}
+
+void frmBrowser::WebPrintPreview()
+{
+    if (LocationURL().isEmpty())
+        return;
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintPreviewDialog preview(&printer, this);
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter *target) {
+        // The preview paints synchronously; the engine prints asynchronously.
+        QEventLoop loop;
+        page()->print(target, [&loop](bool) { loop.quit(); });
+        loop.exec();
+    });
+    preview.exec();
+}
+
+void frmBrowser::LinkMailto()
+{
+    QUrl mail(QStringLiteral("mailto:"));
+    QUrlQuery query;
+    query.addQueryItem(
+        QStringLiteral("subject"), QString::fromUtf8(QUrl::toPercentEncoding(LocationName())));
+    query.addQueryItem(
+        QStringLiteral("body"), QString::fromUtf8(QUrl::toPercentEncoding(LocationURL())));
+    mail.setQuery(query);
+    // The system's mail program takes the title and the address.
+    QDesktopServices::openUrl(mail);
+}
+
+void frmBrowser::ViewSource(const QString &url)
+{
+    page()->load(QUrl(QStringLiteral("view-source:") + url));
+}
+
+void frmBrowser::SetHomepage()
+{
+    if (!FeedSourceUrl.isEmpty()) {
+        prefer().setHomeTitle(QStringLiteral("<FEED />") + LocationURL());
+        prefer().setHomeUrl(FeedSourceUrl);
+    } else {
+        prefer().setHomeTitle(QString());
+        prefer().setHomeUrl(LocationURL());
+    }
+    prefer().SavePref(AppInfo::dataFile(QStringLiteral("Pref.vtp")));
+    m_commands->setHomeTip(prefer().HomeUrl().trimmed());
+}
+
+void frmBrowser::SetZoomFactor(int percent)
+{
+    // Zoom applies to HTML documents only; anything else keeps its zoom.
+    QPointer<frmBrowser> self = this;
+    page()->runScript(
+        QStringLiteral("document.contentType"), [self, percent](const QVariant &type) {
+            if (!self || !type.toString().contains(u"html"))
+                return;
+            self->ZoomFactor = static_cast<qint16>(percent);
+            self->page()->setZoomPercent(percent);
+        });
+}
+
+void frmBrowser::SetTextSize(int step)
+{
+    page()->setTextSize(step);
+}

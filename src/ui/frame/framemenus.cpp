@@ -1,0 +1,444 @@
+#include "ui/frame/framemenus.h"
+
+#include "core/base/uitexts.h"
+#include "ui/browser/frmbrowser.h"
+#include "ui/desktop/mailprogram.h"
+#include "ui/frame/mdiform1.h"
+#include "ui/frame/openalllinks.h"
+#include "ui/frame/statuspanels.h"
+#include "ui/frame/tabstrip.h"
+#include "ui/frame/windowsets.h"
+#include "core/prefs/prefer.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+
+namespace {
+// Entries whose feature this build does not have yet stay visible but disabled.
+const QStringList &unavailable()
+{
+    static const QStringList names = {QStringLiteral("mn_Einstellungen"),
+        QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"), QStringLiteral("mn_Historie"),
+        QStringLiteral("mn_Standardbrowser"), QStringLiteral("mn_PictureList"),
+        QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
+        QStringLiteral("mn_VisitallLinksInFrame"), QStringLiteral("mn_SetRefresh")};
+    return names;
+}
+} // namespace
+
+const QList<int> &FrameMenus::zoomSteps()
+{
+    // From 300 the steps go to 350 and 400; there is no 325 or 375.
+    static const QList<int> steps = {100, 125, 150, 175, 200, 225, 250, 275, 300, 350, 400};
+    return steps;
+}
+
+FrameMenus::FrameMenus(MDIForm1 *frame)
+    : QObject(frame)
+    , m_frame(frame)
+    , m_openAllLinks(new OpenAllLinks(frame))
+    , m_statusPanels(new StatusPanels(frame->statusBar()))
+{
+    buildFileMenu();
+    buildToolsMenu();
+    buildViewMenu();
+    buildWindowMenu();
+    buildActionsMenu();
+    buildContextMenus();
+    buildShortcuts();
+    syncChecks();
+    syncEnabled();
+}
+
+QAction *FrameMenus::add(
+    QMenu *menu, const QString &name, int textId, Handler handler, bool checkable)
+{
+    auto *entry = new QAction(uiText(textId), m_frame);
+    entry->setObjectName(name);
+    entry->setCheckable(checkable);
+    if (handler)
+        connect(entry, &QAction::triggered, this, [handler] { handler(); });
+    if (menu)
+        menu->addAction(entry);
+    m_actions.insert(name, entry);
+    return entry;
+}
+
+QAction *FrameMenus::addCopy(QMenu *menu, const QString &copyName, const QString &original)
+{
+    QAction *source = m_actions.value(original);
+    auto *entry = new QAction(source->text(), m_frame);
+    entry->setObjectName(copyName);
+    entry->setCheckable(source->isCheckable());
+    connect(entry, &QAction::triggered, source, [source] { source->trigger(); });
+    menu->addAction(entry);
+    m_actions.insert(copyName, entry);
+    m_copies[original].append(copyName);
+    return entry;
+}
+
+void FrameMenus::withActive(const std::function<void(frmBrowser *)> &command) const
+{
+    if (frmBrowser *window = m_frame->activeBrowser())
+        command(window);
+}
+
+void FrameMenus::buildFileMenu()
+{
+    QMenu *menu = m_frame->menuBar()->addMenu(uiText(200));
+    add(menu, QStringLiteral("mn_HomeBrowser"), 201, [this] {
+        m_frame->NewBrowser();
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
+    add(menu, QStringLiteral("mn_BrowserBlank"), 209, [this] {
+        m_frame->StartAddressOverride = QStringLiteral("about:blank");
+        m_frame->NewBrowser();
+        m_frame->StartAddressOverride.clear();
+    });
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_save"), 205, [this] {
+        withActive([](frmBrowser *w) { w->WebSave(); });
+    })->setShortcut(QKeySequence::Save);
+    add(menu, QStringLiteral("mn_print"), 206, [this] {
+        withActive([](frmBrowser *w) { w->WebPrint(); });
+    })->setShortcut(QKeySequence::Print);
+    add(menu, QStringLiteral("mn_ppreview"), 207,
+        [this] { withActive([](frmBrowser *w) { w->WebPrintPreview(); }); });
+    add(menu, QStringLiteral("mn_Send"), 208,
+        [this] { withActive([](frmBrowser *w) { w->LinkMailto(); }); });
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_Einstellungen"), 202, nullptr);
+    add(menu, QStringLiteral("mn_IEProp"), 203, nullptr);
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_Exit"), 204, [this] {
+        m_frame->close();
+    })->setShortcut(QKeySequence::Quit);
+}
+
+void FrameMenus::buildToolsMenu()
+{
+    QMenu *menu = m_frame->menuBar()->addMenu(uiText(300));
+    add(menu, QStringLiteral("mn_Bookmarks"), 301, nullptr);
+    add(menu, QStringLiteral("mn_Historie"), 302, nullptr);
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_Email"), 305, [this] {
+        if (!MailProgram::start())
+            m_frame->setStatusText(MailProgram::failureText());
+    });
+}
+
+void FrameMenus::buildViewMenu()
+{
+    QMenu *menu = m_frame->menuBar()->addMenu(uiText(311));
+    add(
+        menu, QStringLiteral("mn_RegisterOben"), 307, [this] { m_frame->SetTabAlign(1); }, true);
+    // Bottom is stored as 3, the code the settings dialog writes too.
+    add(
+        menu, QStringLiteral("mn_RegisterUnten"), 308, [this] { m_frame->SetTabAlign(3); }, true);
+    add(
+        menu, QStringLiteral("mn_RegisterButton"), 309, [this] { m_frame->SetTabButton(true); },
+        true);
+    add(
+        menu, QStringLiteral("mn_RegisterTabs"), 310, [this] { m_frame->SetTabButton(false); },
+        true);
+    menu->addSeparator();
+    QMenu *text = menu->addMenu(uiText(314));
+    const char *textNames[]
+        = {"mn_TextMin", "mn_TextSmall", "mn_TextNormal", "mn_TextLarge", "mn_TextMax"};
+    for (int step = 0; step < 5; ++step) {
+        add(text, QLatin1String(textNames[step]), 315 + step,
+            [this, step] { withActive([step](frmBrowser *w) { w->SetTextSize(step); }); });
+    }
+    QMenu *zoom = menu->addMenu(uiText(320));
+    for (int percent : zoomSteps()) {
+        QAction *entry
+            = add(zoom, QStringLiteral("mn_Z") + QString::number(percent), 320, [this, percent] {
+                  withActive([percent](frmBrowser *w) { w->SetZoomFactor(percent); });
+              });
+        entry->setText(QString::number(percent) + u'%');
+    }
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_Standardbrowser"), 312, nullptr);
+}
+
+void FrameMenus::buildWindowMenu()
+{
+    m_windowMenu = m_frame->menuBar()->addMenu(uiText(400));
+    QMenu *menu = m_windowMenu;
+    add(
+        menu, QStringLiteral("mn_Kaskadiert"), 403, [this] { m_frame->Arrange(0); }, true);
+    add(
+        menu, QStringLiteral("mn_Untereinander"), 401, [this] { m_frame->Arrange(1); }, true);
+    add(
+        menu, QStringLiteral("mn_Nebeneinander"), 402, [this] { m_frame->Arrange(2); }, true);
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_Anordnung_save"), 404, [this] {
+        const QString path = QFileDialog::getSaveFileName(
+            m_frame, uiText(1563), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
+        QString problem;
+        if (!path.isEmpty())
+            m_frame->setStatusText(
+                WindowSets::saveLayoutFile(*m_frame, path, &problem) ? uiText(1135) : problem);
+    });
+    add(menu, QStringLiteral("mn_Anordnung_load"), 405, [this] {
+        const QString path = QFileDialog::getOpenFileName(
+            m_frame, uiText(1564), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
+        QString problem;
+        if (!path.isEmpty())
+            WindowSets::openLayoutFile(*m_frame, path, &problem);
+        if (!problem.isEmpty())
+            m_frame->setStatusText(problem);
+    });
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_Adresszeile"), 407, [this] {
+        withActive([](frmBrowser *w) { w->setAddressBarVisible(!w->addressBarVisible()); });
+    });
+    add(menu, QStringLiteral("mn_toolbar"), 408,
+        [this] { withActive([](frmBrowser *w) { w->setToolbarVisible(!w->toolbarVisible()); }); });
+    add(menu, QStringLiteral("mn_beides"), 409, [this] {
+        withActive([](frmBrowser *w) {
+            const bool show = !(w->addressBarVisible() && w->toolbarVisible());
+            w->setAddressBarVisible(show);
+            w->setToolbarVisible(show);
+        });
+    });
+    add(menu, QStringLiteral("mn_ToogleToolbars"), 423, [this] {
+        m_frame->ToolbarDefault = !m_frame->ToolbarDefault;
+        for (frmBrowser *w : m_frame->browsers())
+            w->setToolbarVisible(m_frame->ToolbarDefault);
+    });
+    add(menu, QStringLiteral("mn_ToggleAdressRow"), 424, [this] {
+        m_frame->AddressBarDefault = !m_frame->AddressBarDefault;
+        for (frmBrowser *w : m_frame->browsers())
+            w->setAddressBarVisible(m_frame->AddressBarDefault);
+    });
+    add(menu, QStringLiteral("mn_RefreshAll"), 425, [this] {
+        for (frmBrowser *w : m_frame->browsers())
+            w->Refresh();
+    });
+    menu->addSeparator();
+    add(
+        menu, QStringLiteral("mn_EnablePopup"), 412,
+        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), true); }, true);
+    add(
+        menu, QStringLiteral("mn_DisablePopup"), 413,
+        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), false); }, true);
+    add(
+        menu, QStringLiteral("mn_PopupToBack"), 414,
+        [this] {
+            m_frame->setPolicySwitch(
+                QStringLiteral("AllowWinInBack"), !m_frame->policy.AllowWinInBack);
+        },
+        true);
+    add(
+        menu, QStringLiteral("mn_PopupResize"), 415,
+        [this] {
+            m_frame->setPolicySwitch(
+                QStringLiteral("AllowResizeWin"), !m_frame->policy.AllowResizeWin);
+        },
+        true);
+    add(
+        menu, QStringLiteral("mn_PopupReferenz"), 420,
+        [this] {
+            m_frame->setPolicySwitch(QStringLiteral("AllowWinRef"), !m_frame->policy.AllowWinRef);
+        },
+        true);
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_ClosePopups"), 426, [this] { m_frame->ClosePopups(); });
+    add(menu, QStringLiteral("mn_CloseAllOtherWin"), 422,
+        [this] { m_frame->CloseOtherBrowsers(nullptr); });
+    add(menu, QStringLiteral("mn_Alleschlie_en"), 411, [this] { m_frame->CloseAll(); });
+    add(menu, QStringLiteral("mn_CloseWindow"), 410, [this] {
+        if (frmBrowser *w = m_frame->activeBrowser())
+            w->parentWidget()->close();
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_FirstWindow"), 416,
+        [this] { m_frame->activateWindowAt(0, false); });
+    add(menu, QStringLiteral("mn_PreviousWindow"), 417, [this] {
+        m_frame->activateWindowAt(-1, true);
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab));
+    add(menu, QStringLiteral("mn_NextWindow"), 418, [this] {
+        m_frame->activateWindowAt(1, true);
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
+    add(menu, QStringLiteral("mn_LastWindow"), 419,
+        [this] { m_frame->activateWindowAt(-1, false); });
+    // The open windows are listed below when the menu opens.
+    m_windowMenu->addSeparator();
+    connect(m_windowMenu, &QMenu::aboutToShow, this, [this] {
+        syncEnabled();
+        refreshWindowList();
+    });
+}
+
+void FrameMenus::refreshWindowList()
+{
+    qDeleteAll(m_windowList);
+    m_windowList.clear();
+    const frmBrowser *active = m_frame->activeBrowser();
+    int number = 0;
+    for (frmBrowser *window : m_frame->browsers()) {
+        ++number;
+        const QString caption = TabStrip::escapeCaption(window->Caption());
+        auto *entry = new QAction(
+            number < 10 ? u'&' + QString::number(number) + u' ' + caption : caption, m_windowMenu);
+        entry->setCheckable(true);
+        entry->setChecked(window == active);
+        const QString key = TabStrip::keyOf(window->ID);
+        connect(entry, &QAction::triggered, this,
+            [this, key] { emit m_frame->tabStrip()->tabLeftClicked(key); });
+        m_windowMenu->addAction(entry);
+        m_windowList.append(entry);
+    }
+}
+
+void FrameMenus::buildActionsMenu()
+{
+    QMenu *menu = m_frame->menuBar()->addMenu(uiText(619));
+    add(menu, QStringLiteral("mn_CloneBrowser"), 616, [this] { m_frame->CloneActive(); });
+    add(menu, QStringLiteral("mn_OpenAllLinks"), 617,
+        [this] { withActive([this](frmBrowser *w) { m_openAllLinks->run(w); }); });
+    add(menu, QStringLiteral("mn_SetHomepage"), 618,
+        [this] { withActive([](frmBrowser *w) { w->SetHomepage(); }); });
+    add(menu, QStringLiteral("mn_HTMLCode"), 1122,
+        [this] { withActive([](frmBrowser *w) { w->ViewSource(w->LocationURL()); }); });
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_PictureList"), 427, nullptr);
+    add(menu, QStringLiteral("mn_DocStruct"), 428, nullptr);
+    menu->addSeparator();
+    add(menu, QStringLiteral("mn_VisitallLinks"), 605, nullptr);
+    add(menu, QStringLiteral("mn_VisitallLinksInFrame"), 606, nullptr);
+    add(menu, QStringLiteral("mn_SetRefresh"), 600, nullptr);
+}
+
+void FrameMenus::buildContextMenus()
+{
+    // The frame's context menu, on the tab strip.
+    m_ctxtT = new QMenu(m_frame);
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtRegisterObenT"), QStringLiteral("mn_RegisterOben"));
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtRegisterUntenT"), QStringLiteral("mn_RegisterUnten"));
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtRegisterButtonT"), QStringLiteral("mn_RegisterButton"));
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtRegisterTabsT"), QStringLiteral("mn_RegisterTabs"));
+    m_ctxtT->addSeparator();
+    m_ctxt = m_ctxtT->addMenu(uiText(400));
+    for (const char *name : {"Kaskadiert", "Untereinander", "Nebeneinander"})
+        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name),
+            QStringLiteral("mn_") + QLatin1String(name));
+    m_ctxt->addSeparator();
+    for (const char *name : {"RegisterOben", "RegisterUnten", "RegisterButton", "RegisterTabs"})
+        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name),
+            QStringLiteral("mn_") + QLatin1String(name));
+    m_ctxt->addSeparator();
+    for (const char *name :
+        {"EnablePopup", "DisablePopup", "PopupToBack", "PopupResize", "PopupReferenz"})
+        addCopy(m_ctxt, QStringLiteral("mn_ctxt") + QLatin1String(name),
+            QStringLiteral("mn_") + QLatin1String(name));
+    m_ctxtT->addSeparator();
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtClosePopups"), QStringLiteral("mn_ClosePopups"));
+    addCopy(
+        m_ctxtT, QStringLiteral("mn_ctxtCloseAllOtherWin"), QStringLiteral("mn_CloseAllOtherWin"));
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtAlleschlie_en"), QStringLiteral("mn_Alleschlie_en"));
+    addCopy(m_ctxtT, QStringLiteral("mn_ctxtCloneBrowser"), QStringLiteral("mn_CloneBrowser"));
+}
+
+void FrameMenus::buildShortcuts()
+{
+    const auto shortcut
+        = [this](const QString &name, const QList<QKeySequence> &keys, Handler handler) {
+              QAction *entry = add(nullptr, name, 100, std::move(handler));
+              entry->setShortcuts(keys);
+              entry->setShortcutContext(Qt::WindowShortcut);
+              m_frame->addAction(entry);
+          };
+    shortcut(QStringLiteral("key_address"),
+        {QKeySequence(Qt::CTRL | Qt::Key_L), QKeySequence(Qt::Key_F6)},
+        [this] { withActive([](frmBrowser *w) { w->focusAddress(); }); });
+    shortcut(QStringLiteral("key_find"), {QKeySequence(Qt::CTRL | Qt::Key_F)},
+        [this] { withActive([](frmBrowser *w) { w->showFindBar(); }); });
+    shortcut(QStringLiteral("key_refresh"),
+        {QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)},
+        [this] { withActive([](frmBrowser *w) { w->Refresh(); }); });
+    shortcut(QStringLiteral("key_back"), {QKeySequence(Qt::ALT | Qt::Key_Left)},
+        [this] { withActive([](frmBrowser *w) { w->GoBack(); }); });
+    shortcut(QStringLiteral("key_forward"), {QKeySequence(Qt::ALT | Qt::Key_Right)},
+        [this] { withActive([](frmBrowser *w) { w->GoForward(); }); });
+    shortcut(QStringLiteral("key_stop"), {QKeySequence(Qt::Key_Escape)},
+        [this] { withActive([](frmBrowser *w) { w->Stop(); }); });
+    const auto zoomBy = [this](int direction) {
+        withActive([direction](frmBrowser *w) {
+            const QList<int> &steps = zoomSteps();
+            int index = int(steps.indexOf(w->ZoomFactor));
+            if (index < 0)
+                index = 0;
+            index = direction == 0 ? 0 : qBound(0, index + direction, int(steps.size() - 1));
+            w->SetZoomFactor(steps.at(index));
+        });
+    };
+    shortcut(QStringLiteral("key_zoomIn"),
+        {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
+        [zoomBy] { zoomBy(1); });
+    shortcut(QStringLiteral("key_zoomOut"), {QKeySequence(Qt::CTRL | Qt::Key_Minus)},
+        [zoomBy] { zoomBy(-1); });
+    shortcut(QStringLiteral("key_zoomReset"), {QKeySequence(Qt::CTRL | Qt::Key_0)},
+        [zoomBy] { zoomBy(0); });
+}
+
+void FrameMenus::showTabContextMenu(const QPoint &globalPos)
+{
+    syncEnabled();
+    m_ctxtT->popup(globalPos);
+}
+
+void FrameMenus::syncChecks()
+{
+    const Prefer &p = prefer();
+    const QHash<QString, bool> checked = {
+        {QStringLiteral("mn_RegisterOben"), p.TabAlign() == 1},
+        {QStringLiteral("mn_RegisterUnten"), p.TabAlign() != 1},
+        {QStringLiteral("mn_RegisterButton"), p.TabButton() != 0},
+        {QStringLiteral("mn_RegisterTabs"), p.TabButton() == 0},
+        {QStringLiteral("mn_EnablePopup"), m_frame->policy.AllowOpenWin},
+        {QStringLiteral("mn_DisablePopup"), !m_frame->policy.AllowOpenWin},
+        {QStringLiteral("mn_PopupToBack"), m_frame->policy.AllowWinInBack},
+        {QStringLiteral("mn_PopupResize"), m_frame->policy.AllowResizeWin},
+        {QStringLiteral("mn_PopupReferenz"), m_frame->policy.AllowWinRef},
+        {QStringLiteral("mn_Kaskadiert"), m_frame->arrangement() == 0},
+        {QStringLiteral("mn_Untereinander"), m_frame->arrangement() == 1},
+        {QStringLiteral("mn_Nebeneinander"), m_frame->arrangement() == 2},
+    };
+    for (auto it = checked.cbegin(); it != checked.cend(); ++it) {
+        m_actions.value(it.key())->setChecked(it.value());
+        for (const QString &copy : m_copies.value(it.key()))
+            m_actions.value(copy)->setChecked(it.value());
+    }
+    // Background and size apply only while pages may open windows at all.
+    for (const char *dependent : {"mn_PopupToBack", "mn_PopupResize"}) {
+        const QString name = QLatin1String(dependent);
+        m_actions.value(name)->setEnabled(m_frame->policy.AllowOpenWin);
+        for (const QString &copy : m_copies.value(name))
+            m_actions.value(copy)->setEnabled(m_frame->policy.AllowOpenWin);
+    }
+}
+
+void FrameMenus::syncEnabled()
+{
+    const bool any = m_frame->activeBrowser() != nullptr;
+    for (const char *name : {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile",
+             "mn_toolbar", "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks",
+             "mn_CloseWindow", "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize"}) {
+        if (QAction *entry = m_actions.value(QLatin1String(name)))
+            entry->setEnabled(any);
+    }
+    m_actions.value(QStringLiteral("mn_CloneBrowser"))->setEnabled(m_frame->IsCloneable());
+    for (const QString &name : unavailable())
+        m_actions.value(name)->setEnabled(false);
+    for (auto it = m_copies.cbegin(); it != m_copies.cend(); ++it) {
+        for (const QString &copy : it.value()) {
+            if (!m_actions.value(it.key())->isCheckable())
+                m_actions.value(copy)->setEnabled(m_actions.value(it.key())->isEnabled());
+        }
+    }
+}

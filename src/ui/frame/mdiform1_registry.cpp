@@ -1,0 +1,265 @@
+// The frame's window registry: every browser window has the key "[n]" in the
+// collection and on its tab, and both are added and removed together.
+#include "core/base/appinfo.h"
+#include "ui/browser/frmbrowser.h"
+#include "ui/frame/framemenus.h"
+#include "ui/frame/tabstrip.h"
+#include "core/browsing/usercommand.h"
+#include "ui/frame/mdiform1.h"
+#include "core/prefs/prefer.h"
+
+#include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+frmBrowser *MDIForm1::CreateBrowser(const QString &kind)
+{
+    Q_UNUSED(kind); // "MDI" and "MDIChild" windows are made alike; the caller marks popups
+    auto *window = new frmBrowser;
+    if (!PendingAddress.isEmpty())
+        window->StartUrl = prefer().HomeUrl().trimmed();
+    window->setAddressBarVisible(AddressBarDefault);
+    window->setToolbarVisible(ToolbarDefault);
+
+    ++m_windowCounter;
+    const QString key = TabStrip::keyOf(m_windowCounter);
+    CreateTab(m_windowCounter, window->Caption());
+    m_browsers.insert(key, window);
+    m_order.append(key);
+    window->ID = m_windowCounter;
+    m_currentKey = key;
+
+    QMdiSubWindow *sub = m_mdi->addSubWindow(window);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->setWindowIcon(QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()));
+    wireBrowser(window, sub);
+    sub->show();
+    ++m_openWindowCount;
+    m_menus->syncEnabled();
+    emit windowsChanged();
+    return window;
+}
+
+void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
+{
+    const int number = window->ID;
+    connect(window, &QObject::destroyed, this, [this, number] {
+        if (!m_destroying)
+            RemoveTab(number);
+    });
+    connect(window, &frmBrowser::tabRefreshRequested, this, [this, window, sub] {
+        sub->setWindowTitle(window->Caption());
+        UpdateTab(window->Caption(), window->ID);
+        if (window == activeBrowser())
+            setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+    });
+    connect(window, &frmBrowser::historyEntry, this, &MDIForm1::AddToHistory);
+    connect(window, &frmBrowser::statusText, this, &MDIForm1::setStatusText);
+    // A page that closes itself closes its window through the registry.
+    connect(window, &frmBrowser::closeRequested, sub, &QMdiSubWindow::close, Qt::QueuedConnection);
+    connect(window, &frmBrowser::fullScreenRequested, this, &MDIForm1::setFullScreen);
+    connect(window, &frmBrowser::resizeRequested, this, [this, window, sub](const QSize &size) {
+        // Pages may size their window when allowed; they may never move it.
+        if (!policy.AllowResizeWin || sub->isMaximized() || !size.isValid())
+            return;
+        const QSize chrome = sub->size() - window->page()->size();
+        sub->resize(size + chrome);
+    });
+    window->page()->setNewWindowHandler(
+        [this, window](const PageView::NewWindowRequest &request, bool *keepOpener) {
+            // A click of the user in the page is a new command of the user: a
+            // toolbar command before it no longer holds the page's windows back.
+            if (request.userInitiated)
+                UserCommandPending = 0;
+            frmBrowser *created = openPageWindow(window, keepOpener);
+            return created ? created->page() : nullptr;
+        });
+}
+
+frmBrowser *MDIForm1::openPageWindow(frmBrowser *opener, bool *keepOpener)
+{
+    Q_UNUSED(opener);
+    const NewWindowPolicy::Decision decision = policy.decide(UserCommandPending);
+    if (decision == NewWindowPolicy::Decision::Refuse)
+        return nullptr;
+    QMdiSubWindow *previous = m_mdi->activeSubWindow();
+    frmBrowser *window = CreateBrowser(QStringLiteral("MDIChild"));
+    if (!window)
+        return nullptr;
+    window->IsPopup = true;
+    window->OpenedByPage = true;
+    ++m_popupCount;
+    *keepOpener = policy.AllowWinRef;
+    if (decision == NewWindowPolicy::Decision::OpenBehind && previous) {
+        m_mdi->setActiveSubWindow(previous);
+        if (QMdiSubWindow *sub = subWindowOf(window); sub && !sub->isMaximized())
+            sub->lower();
+    }
+    return window;
+}
+
+frmBrowser *MDIForm1::NewBrowser()
+{
+    frmBrowser *window = CreateBrowser(QStringLiteral("MDI"));
+    if (!StartAddressOverride.isEmpty())
+        window->StartUrl = StartAddressOverride;
+    window->Navigate(PendingAddress);
+    return window;
+}
+
+frmBrowser *MDIForm1::OpenNewBrowser(const QString &address)
+{
+    PendingAddress = address;
+    frmBrowser *window = NewBrowser();
+    PendingAddress.clear();
+    return window;
+}
+
+void MDIForm1::CreateTab(int number, const QString &caption)
+{
+    m_tabs->CreateTab(number, caption);
+}
+
+void MDIForm1::UpdateTab(const QString &title, int number)
+{
+    m_tabs->UpdateTab(title, number);
+}
+
+void MDIForm1::RemoveTab(int number)
+{
+    const QString key = TabStrip::keyOf(number);
+    m_browsers.remove(key);
+    m_order.removeAll(key);
+    m_tabs->RemoveTab(number);
+    if (m_browsers.isEmpty())
+        EmptyState();
+    m_menus->syncEnabled();
+    emit windowsChanged();
+}
+
+void MDIForm1::EmptyState()
+{
+    m_currentKey.clear();
+    setWindowTitle(AppInfo::frameCaption());
+    setStatusText(QString());
+}
+
+void MDIForm1::TabSync()
+{
+    frmBrowser *window = activeBrowser();
+    if (!window || m_browsers.isEmpty())
+        return;
+    m_currentKey = TabStrip::keyOf(window->ID);
+    m_tabs->selectKey(m_currentKey);
+    if (!window->Caption().isEmpty()) {
+        m_tabs->UpdateTab(window->Caption(), window->ID);
+        setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+    }
+    m_menus->syncEnabled();
+}
+
+frmBrowser *MDIForm1::activeBrowser() const
+{
+    QMdiSubWindow *sub = m_mdi->activeSubWindow();
+    return sub ? qobject_cast<frmBrowser *>(sub->widget()) : nullptr;
+}
+
+frmBrowser *MDIForm1::browser(const QString &key) const
+{
+    return m_browsers.value(key);
+}
+
+QList<frmBrowser *> MDIForm1::browsers() const
+{
+    QList<frmBrowser *> all;
+    for (const QString &key : m_order) {
+        if (frmBrowser *window = m_browsers.value(key))
+            all.append(window);
+    }
+    return all;
+}
+
+QMdiSubWindow *MDIForm1::subWindowOf(const frmBrowser *window) const
+{
+    return window ? qobject_cast<QMdiSubWindow *>(window->parentWidget()) : nullptr;
+}
+
+void MDIForm1::CloseAll()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    for (frmBrowser *window : browsers()) {
+        if (QMdiSubWindow *sub = subWindowOf(window))
+            sub->close();
+    }
+    QApplication::restoreOverrideCursor();
+}
+
+void MDIForm1::ClosePopups()
+{
+    if (m_closingPopups)
+        return;
+    m_closingPopups = true;
+    // No closing page may open a window while the sweep runs.
+    const bool allowed = policy.AllowOpenWin;
+    policy.AllowOpenWin = false;
+    for (frmBrowser *window : browsers()) {
+        if (window->IsPopup) {
+            if (QMdiSubWindow *sub = subWindowOf(window))
+                sub->close();
+        }
+    }
+    // Requests that the closing pages sent meanwhile arrive while windows are
+    // refused; once the pages are gone they can send no more.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    policy.AllowOpenWin = allowed;
+    m_popupCount = 0;
+    m_closingPopups = false;
+}
+
+void MDIForm1::CloseOtherBrowsers(frmBrowser *keep)
+{
+    if (!keep)
+        keep = activeBrowser();
+    for (frmBrowser *window : browsers()) {
+        if (window != keep) {
+            if (QMdiSubWindow *sub = subWindowOf(window))
+                sub->close();
+        }
+    }
+}
+
+bool MDIForm1::IsCloneable() const
+{
+    const frmBrowser *window = activeBrowser();
+    return window && !window->LocationURL().isEmpty();
+}
+
+frmBrowser *MDIForm1::CloneActive()
+{
+    if (!IsCloneable())
+        return nullptr;
+    frmBrowser *source = activeBrowser();
+    frmBrowser *clone = OpenNewBrowser(source->LocationURL());
+    clone->setAddressBarVisible(source->addressBarVisible());
+    clone->setToolbarVisible(source->toolbarVisible());
+    return clone;
+}
+
+void MDIForm1::activateWindowAt(int offset, bool relative)
+{
+    const QList<QMdiSubWindow *> subs = m_mdi->subWindowList(QMdiArea::CreationOrder);
+    if (subs.isEmpty())
+        return;
+    int index = offset;
+    if (relative) {
+        const int current = subs.indexOf(m_mdi->activeSubWindow());
+        index = (qMax(0, current) + offset + subs.size()) % subs.size();
+    } else if (index < 0) {
+        index = subs.size() - 1;
+    }
+    QMdiSubWindow *sub = subs.at(qBound(0, index, int(subs.size() - 1)));
+    if (sub->isMinimized())
+        sub->showNormal();
+    m_mdi->setActiveSubWindow(sub);
+}

@@ -1,0 +1,130 @@
+#include "ui/frame/windowsets.h"
+
+#include "core/base/uitexts.h"
+#include "core/base/feedmark.h"
+#include "ui/browser/frmbrowser.h"
+#include "ui/frame/mdiform1.h"
+#include "ui/frame/twips.h"
+#include "core/model/book.h"
+#include "core/model/layout.h"
+
+#include <QMdiSubWindow>
+
+namespace {
+
+frmBrowser *openAddress(MDIForm1 &frame, const QString &address, bool asFeed)
+{
+    if (!asFeed)
+        return frame.OpenNewBrowser(address);
+    frmBrowser *window = frame.CreateBrowser(QStringLiteral("MDI"));
+    window->LoadFeed(address);
+    return window;
+}
+
+QString problemOf(const FileOutcome &outcome)
+{
+    if (outcome.wasMovedAside())
+        return uiText(2000).arg(outcome.path, outcome.movedAsidePath);
+    if (!outcome.ok())
+        return uiText(2002).arg(outcome.path, outcome.error);
+    return {};
+}
+
+} // namespace
+
+namespace WindowSets {
+
+int openBookmarkFolder(
+    MDIForm1 &frame, const QString &dataFolder, const QString &folderFile, QString *problem)
+{
+    Book book(dataFolder);
+    book.LoadAllThema();
+    const QString wanted = folderFile.trimmed();
+    for (qsizetype i = 0; i < book.colThema.count(); ++i) {
+        Thema &folder = book.colThema.at(i);
+        if (folder.FileName != wanted)
+            continue;
+        *problem = problemOf(book.ensureLoaded(folder));
+        int opened = 0;
+        if (!folder.colBookmark)
+            return opened;
+        for (qsizetype b = 0; b < folder.colBookmark->count(); ++b) {
+            const Bookmark &bookmark = folder.colBookmark->at(b);
+            frmBrowser *window
+                = openAddress(frame, bookmark.URL, FeedMark::isFeedTitle(bookmark.Titel));
+            window->setAddressBarVisible(bookmark.Adresszeile != 0);
+            window->setToolbarVisible(bookmark.Toolbar != 0);
+            ++opened;
+        }
+        return opened;
+    }
+    *problem = uiText(2046).arg(wanted);
+    return 0;
+}
+
+void OpenLayoutItem(MDIForm1 &frame, const WindowDescription &description)
+{
+    const bool asFeed = description.caption.endsWith(FeedMark::mark());
+    frmBrowser *window = openAddress(frame, description.address.trimmed(), asFeed);
+    window->setAddressBarVisible(description.addressBarVisible != 0);
+    window->setToolbarVisible(description.toolbarVisible != 0);
+    auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+    if (!sub)
+        return;
+    sub->showNormal();
+    sub->setGeometry(Twips::toPixels(qRound(description.left), &frame),
+        Twips::toPixels(qRound(description.top), &frame),
+        Twips::toPixels(qRound(description.width), &frame),
+        Twips::toPixels(qRound(description.height), &frame));
+    if (description.windowState == 1)
+        sub->showMinimized();
+    else if (description.windowState == 2)
+        sub->showMaximized();
+}
+
+int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
+{
+    const Layout::ReadResult read = Layout::LoadLayout(path.trimmed());
+    *problem = problemOf(read.outcome);
+    for (const WindowDescription &window : read.windows)
+        OpenLayoutItem(frame, window);
+    return int(read.windows.size());
+}
+
+bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
+{
+    QList<WindowDescription> windows;
+    for (frmBrowser *window : frame.browsers()) {
+        auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+        if (!sub)
+            continue;
+        WindowDescription description;
+        description.windowState = sub->isMinimized() ? 1 : sub->isMaximized() ? 2 : 0;
+        // A window that is not normal is shown normal for a moment, so that its
+        // normal position and size can be read.
+        if (description.windowState != 0)
+            sub->showNormal();
+        const QRect normal = sub->geometry();
+        if (description.windowState == 1)
+            sub->showMinimized();
+        else if (description.windowState == 2)
+            sub->showMaximized();
+        description.left = Twips::fromPixels(normal.x(), &frame);
+        description.top = Twips::fromPixels(normal.y(), &frame);
+        description.width = Twips::fromPixels(normal.width(), &frame);
+        description.height = Twips::fromPixels(normal.height(), &frame);
+        description.address
+            = window->FeedSourceUrl.isEmpty() ? window->LocationURL() : window->FeedSourceUrl;
+        description.addressBarVisible = window->addressBarVisible() ? -1 : 0;
+        description.toolbarVisible = window->toolbarVisible() ? -1 : 0;
+        description.caption = window->Caption();
+        if (!window->FeedSourceUrl.isEmpty())
+            description.caption += FeedMark::mark();
+        windows.append(description);
+    }
+    const FileOutcome outcome = Layout::SaveLayout(path, windows);
+    *problem = problemOf(outcome);
+    return outcome.ok();
+}
+
+} // namespace WindowSets

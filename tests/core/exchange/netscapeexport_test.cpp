@@ -1,0 +1,91 @@
+#include "core/model/bookediting.h"
+#include "core/exchange/netscapeexport.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+const QDateTime moment(QDate(2004, 10, 5), QTime(14, 3, 22));
+// 5 October 2004 14:03:22 as local wall-clock seconds since 1970.
+const QByteArray stamp = "1096985002";
+const QByteArray head = "<!DOCTYPE NETSCAPE-Bookmark-file-1>\r\n"
+                        "<!--This is an automatically generated file.It will be read and "
+                        "overwritten. Do Not Edit! -->\r\n"
+                        "<Title>Bookmarks</Title>\r\n"
+                        "<H1>Bookmarks (5. Oct 2004, 14:03:22)</H1>";
+} // namespace
+
+class NetscapeExportTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void timestampIsLocalWallClockSeconds()
+    {
+        QCOMPARE(NetscapeExport::timestamp(QDateTime(QDate(1970, 1, 2), QTime(0, 0, 1))), 86401);
+        QCOMPARE(NetscapeExport::timestamp(moment), stamp.toLongLong());
+    }
+
+    void emptyArchiveHasOnlyTheFixedLines()
+    {
+        QTemporaryDir dir;
+        Book book(dir.path());
+        QCOMPARE(NetscapeExport::archiveBytes(book, moment), head + "<DL>\r\n</DL>\r\n");
+    }
+
+    void archiveIsWrittenRawWithConvertedDescriptions()
+    {
+        QTemporaryDir dir;
+        Book book(dir.path());
+        Thema *news = BookEditing::addFolder(book, QStringLiteral("Nachrichten & \"Mehr\""), 0);
+        BookEditing::addFolder(book, QStringLiteral("Leer"), 1)->colBookmark.reset();
+        BookEditing::addBookmark(book, *news, QStringLiteral("<FEED />Heise"),
+            QStringLiteral("https://www.heise.de/rss/heise.rdf"), BookEditing::Duplicates::Ask);
+        Bookmark *described = BookEditing::addBookmark(book, *news, QStringLiteral("Zeit <online>"),
+            QStringLiteral("https://zeit.de/?a=1&b=2"), BookEditing::Duplicates::Ask)
+                                  .bookmark;
+        described->Info = QStringLiteral("a\r\nb\r\n");
+
+        const QByteArray expected = head
+            + "<DL>\r\n"
+              "<DT><H3 FOLDED ADD_DATE=\""
+            + stamp
+            + "\">Nachrichten & \"Mehr\"</H3><DL><P>\r\n<DT><A "
+              "HREF=\"https://www.heise.de/rss/heise.rdf\" ADD_DATE=\""
+            + stamp + "\" LAST_VISIT=\"" + stamp + "\" LAST_MODIFIED=\"" + stamp
+            + "\"><FEED />Heise</A>\r\n<DT><A HREF=\"https://zeit.de/?a=1&b=2\" ADD_DATE=\"" + stamp
+            + "\" LAST_VISIT=\"" + stamp + "\" LAST_MODIFIED=\"" + stamp
+            + "\">Zeit <online></A>\r\n<DD>a\r<BR>\r\nb\r\r\n</DL><P>\r\n"
+              "<DT><H3 FOLDED ADD_DATE=\""
+            + stamp + "\">Leer</H3><DL><P>\r\n</DL><P>\r\n</DL>\r\n";
+        QCOMPARE(NetscapeExport::archiveBytes(book, moment), expected);
+
+        const QString path = dir.filePath(QStringLiteral("out.html"));
+        QString error;
+        QVERIFY(NetscapeExport::writeArchive(path, book, moment, &error));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), expected);
+    }
+
+    void folderExportLacksTheOuterList()
+    {
+        QTemporaryDir dir;
+        Book book(dir.path());
+        Thema *folder = BookEditing::addFolder(book, QStringLiteral("Ümläute"), 0);
+        BookEditing::addBookmark(book, *folder, QStringLiteral("Straße"),
+            QStringLiteral("file:///home/"), BookEditing::Duplicates::Ask)
+            .bookmark->Info
+            = QStringLiteral("eine Zeile");
+        const QByteArray expected = head + "\r\n<DT><H3 FOLDED ADD_DATE=\"" + stamp + "\">"
+            + QStringLiteral("Ümläute").toUtf8()
+            + "</H3><DL><P>\r\n<DT><A HREF=\"file:///home/\" ADD_DATE=\"" + stamp
+            + "\" LAST_VISIT=\"" + stamp + "\" LAST_MODIFIED=\"" + stamp + "\">"
+            + QStringLiteral("Straße").toUtf8() + "</A>\r\n<DD>eine Zeile\r\n</DL><P>\r\n";
+        QCOMPARE(NetscapeExport::folderBytes(*folder, moment), expected);
+    }
+};
+
+QTEST_GUILESS_MAIN(NetscapeExportTest)
+#include "netscapeexport_test.moc"
