@@ -7,6 +7,10 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/install-deps.sh"
 jobs=$(nproc 2>/dev/null || echo 2)
 
+# Formatting first: it takes a second and says exactly which file is off.
+(cd "$top" && git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'bench/*.h' \
+    | grep -v '^tests/corpus/' | xargs clang-format --dry-run -Werror)
+
 cmake -S "$top" -B "$top/build-test" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTRELL_WERROR=ON >/dev/null
 cmake --build "$top/build-test" -j "$jobs"
 ctest --test-dir "$top/build-test" --output-on-failure -j "$jobs"

@@ -2,12 +2,12 @@
 // every window has opened and loaded, the memory of the whole process tree (PSS) and the
 // longest gap of a 50 ms timer while it ran. Run without arguments: it starts itself once
 // per way of opening and prints both.
+#include "engine/webenginesetup.h"
+#include "localhttpserver.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
-#include "localhttpserver.h"
-#include "engine/webenginesetup.h"
 
 #include <QApplication>
 #include <QDir>

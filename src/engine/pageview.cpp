@@ -1,8 +1,8 @@
 #include "engine/pageview.h"
 
+#include "engine/generatedpages.h"
 #include "engine/webenginesetup.h"
 #include "engine/webpage.h"
-#include "engine/generatedpages.h"
 
 #include <QPrinter>
 #include <QVBoxLayout>
@@ -58,7 +58,9 @@ PageView::Permission permissionOf(QWebEnginePage::Feature feature)
 constexpr int TextSizes[5] = {11, 13, 16, 19, 23};
 } // namespace
 
-PageView::PageView(QWidget *parent) : QWidget(parent), m_view(new QWebEngineView(this))
+PageView::PageView(QWidget *parent)
+    : QWidget(parent)
+    , m_view(new QWebEngineView(this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -94,7 +96,8 @@ void PageView::attachPage()
         [this](const QUrl &origin, QWebEnginePage::Feature feature) {
             const Permission permission = permissionOf(feature);
             if (permission == Permission::Other) {
-                m_page->setFeaturePermission(origin, feature, QWebEnginePage::PermissionDeniedByUser);
+                m_page->setFeaturePermission(
+                    origin, feature, QWebEnginePage::PermissionDeniedByUser);
                 return;
             }
             emit permissionRequested(origin, permission);
@@ -115,8 +118,8 @@ void PageView::attachPage()
         [this](QWebEngineNewWindowRequest &request) {
             if (!m_newWindowHandler)
                 return; // not taken: the engine refuses it
-            NewWindowRequest asked{request.requestedUrl(), request.requestedGeometry(),
-                request.isUserInitiated()};
+            NewWindowRequest asked {
+                request.requestedUrl(), request.requestedGeometry(), request.isUserInitiated()};
             bool keepOpener = true;
             PageView *target = m_newWindowHandler(asked, &keepOpener);
             if (!target)
@@ -202,7 +205,8 @@ void PageView::setTextSize(int step)
 {
     m_textStep = qBound(0, step, 4);
     m_page->settings()->setFontSize(QWebEngineSettings::DefaultFontSize, TextSizes[m_textStep]);
-    m_page->settings()->setFontSize(QWebEngineSettings::MinimumFontSize, m_textStep > 2 ? TextSizes[m_textStep] - 6 : 0);
+    m_page->settings()->setFontSize(
+        QWebEngineSettings::MinimumFontSize, m_textStep > 2 ? TextSizes[m_textStep] - 6 : 0);
 }
 
 void PageView::runScript(const QString &script, const std::function<void(const QVariant &)> &result)
@@ -213,7 +217,8 @@ void PageView::runScript(const QString &script, const std::function<void(const Q
         m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld);
 }
 
-void PageView::findText(const QString &text, bool backward, const std::function<void(int, int)> &result)
+void PageView::findText(
+    const QString &text, bool backward, const std::function<void(int, int)> &result)
 {
     QWebEnginePage::FindFlags flags;
     if (backward)

@@ -20,7 +20,14 @@ class PageView final : public QWidget
     Q_OBJECT
 
 public:
-    enum class Permission { Location, Notifications, Camera, Microphone, CameraAndMicrophone, Other };
+    enum class Permission {
+        Location,
+        Notifications,
+        Camera,
+        Microphone,
+        CameraAndMicrophone,
+        Other
+    };
 
     struct NewWindowRequest
     {

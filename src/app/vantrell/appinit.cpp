@@ -2,19 +2,19 @@
 
 #include "core/base/appinfo.h"
 #include "core/base/commandline.h"
+#include "core/base/feedmark.h"
 #include "core/base/quitsignals.h"
 #include "core/base/singleinstance.h"
 #include "core/base/uitexts.h"
-#include "core/base/feedmark.h"
+#include "core/prefs/prefer.h"
+#include "engine/downloads.h"
+#include "engine/webenginesetup.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/appicon.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
 #include "ui/frame/windowsets.h"
-#include "engine/downloads.h"
-#include "engine/webenginesetup.h"
-#include "core/prefs/prefer.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,18 +1,18 @@
 #include "ui/browser/browsertoolbar.h"
 
-#include "core/base/uitexts.h"
-#include "ui/browser/drivemenu.h"
-#include "core/feeds/feedlist.h"
 #include "core/base/feedmark.h"
+#include "core/base/uitexts.h"
+#include "core/browsing/usercommand.h"
+#include "core/feeds/feedlist.h"
+#include "core/prefs/prefer.h"
+#include "ui/browser/drivemenu.h"
 #include "ui/browser/frmbrowser.h"
-#include "ui/desktop/networkdrives.h"
 #include "ui/browser/toolbaricons.h"
-#include "ui/frame/framemenus.h"
 #include "ui/desktop/mailprogram.h"
+#include "ui/desktop/networkdrives.h"
+#include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
-#include "core/browsing/usercommand.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QDir>

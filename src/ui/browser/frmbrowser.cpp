@@ -1,6 +1,8 @@
 #include "ui/browser/frmbrowser.h"
 
 #include "core/base/uitexts.h"
+#include "core/prefs/prefer.h"
+#include "engine/webenginesetup.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/busyindicator.h"
 #include "ui/browser/feedloader.h"
@@ -8,8 +10,6 @@
 #include "ui/browser/infobar.h"
 #include "ui/browser/lockicon.h"
 #include "ui/frame/mdiform1.h"
-#include "engine/webenginesetup.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QComboBox>

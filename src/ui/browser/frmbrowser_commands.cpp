@@ -2,11 +2,11 @@
 // page and zoom. Errors of these commands are swallowed: they leave the window as it was.
 #include "core/base/appinfo.h"
 #include "core/base/uitexts.h"
+#include "core/prefs/prefer.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/busyindicator.h"
 #include "ui/browser/feedloader.h"
 #include "ui/browser/frmbrowser.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QDesktopServices>

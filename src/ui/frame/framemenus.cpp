@@ -1,6 +1,7 @@
 #include "ui/frame/framemenus.h"
 
 #include "core/base/uitexts.h"
+#include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/desktop/mailprogram.h"
 #include "ui/frame/mdiform1.h"
@@ -8,7 +9,6 @@
 #include "ui/frame/statuspanels.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/windowsets.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QApplication>

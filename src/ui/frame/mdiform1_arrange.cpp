@@ -1,7 +1,7 @@
 // Arrangement of the child windows and the switches by which pages may open windows.
+#include "core/prefs/prefer.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
-#include "core/prefs/prefer.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>

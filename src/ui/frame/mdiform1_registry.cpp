@@ -1,12 +1,12 @@
 // The frame's window registry: every browser window has the key "[n]" in the
 // collection and on its tab, and both are added and removed together.
 #include "core/base/appinfo.h"
+#include "core/browsing/usercommand.h"
+#include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/framemenus.h"
-#include "ui/frame/tabstrip.h"
-#include "core/browsing/usercommand.h"
 #include "ui/frame/mdiform1.h"
-#include "core/prefs/prefer.h"
+#include "ui/frame/tabstrip.h"
 
 #include <QApplication>
 #include <QMdiArea>

@@ -1,9 +1,9 @@
 #include "ui/frame/openalllinks.h"
 
 #include "core/base/uitexts.h"
+#include "core/model/uniqsortstrcollection.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
-#include "core/model/uniqsortstrcollection.h"
 
 #include <QCheckBox>
 #include <QMessageBox>

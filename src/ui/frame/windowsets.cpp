@@ -1,12 +1,12 @@
 #include "ui/frame/windowsets.h"
 
-#include "core/base/uitexts.h"
 #include "core/base/feedmark.h"
+#include "core/base/uitexts.h"
+#include "core/model/book.h"
+#include "core/model/layout.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/twips.h"
-#include "core/model/book.h"
-#include "core/model/layout.h"
 
 #include <QMdiSubWindow>
 

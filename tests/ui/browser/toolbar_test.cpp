@@ -1,13 +1,13 @@
 #include "core/base/uitexts.h"
+#include "core/browsing/usercommand.h"
+#include "core/prefs/prefer.h"
+#include "engineenvironment.h"
+#include "localhttpserver.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/drivemenu.h"
 #include "ui/browser/findbar.h"
 #include "ui/browser/frmbrowser.h"
-#include "engineenvironment.h"
 #include "ui/frame/mdiform1.h"
-#include "core/browsing/usercommand.h"
-#include "localhttpserver.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QComboBox>

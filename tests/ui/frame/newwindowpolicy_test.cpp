@@ -1,9 +1,9 @@
-#include "ui/browser/frmbrowser.h"
+#include "core/browsing/usercommand.h"
 #include "engineenvironment.h"
+#include "localhttpserver.h"
+#include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
-#include "core/browsing/usercommand.h"
-#include "localhttpserver.h"
 
 #include <QAction>
 #include <QMdiArea>
@@ -99,8 +99,9 @@ private slots:
         frmBrowser *opener = openOpener(frame);
         QVERIFY(opener);
         const QVariantList centre = evaluate(opener,
-            QStringLiteral("(() => { const r = document.getElementById('blank').getBoundingClientRect();"
-                           " return [r.left + r.width / 2, r.top + r.height / 2]; })()"))
+            QStringLiteral(
+                "(() => { const r = document.getElementById('blank').getBoundingClientRect();"
+                " return [r.left + r.width / 2, r.top + r.height / 2]; })()"))
                                         .toList();
         QCOMPARE(centre.size(), 2);
         UserCommandPending = -1;

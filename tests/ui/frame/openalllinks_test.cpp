@@ -1,11 +1,11 @@
+#include "core/browsing/usercommand.h"
+#include "engineenvironment.h"
+#include "localhttpserver.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/frmbrowser.h"
-#include "engineenvironment.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
-#include "core/browsing/usercommand.h"
-#include "localhttpserver.h"
 
 #include <QAbstractButton>
 #include <QAction>
