@@ -80,9 +80,10 @@ private:
             m_context.err << "vantrell-tool: " << outcome.path
                           << " was not a valid folder file and has been moved to "
                           << outcome.movedAsidePath << Qt::endl;
+        // A refused file name has no path: the message names the folder instead.
         if (!outcome.ok())
             return m_context.fail(ToolContext::DataError,
-                QStringLiteral("cannot read %1: %2").arg(outcome.path, outcome.error));
+                QStringLiteral("cannot read folder '%1': %2").arg(folder.DirName(), outcome.error));
         return ToolContext::Success;
     }
 
@@ -109,12 +110,16 @@ private:
     int list()
     {
         QTextStream &out = m_context.out;
+        int status = ToolContext::Success;
         for (qsizetype i = 0; i < m_book.colThema.count(); ++i) {
             Thema &folder = m_book.colThema.at(i);
             out << "F\t" << folder.Nr << '\t' << folder.DirName() << '\t' << folder.FileName
                 << '\n';
-            if (const int problem = loadBookmarks(folder))
-                return problem;
+            // A damaged folder is named and skipped; the others are still listed.
+            if (const int problem = loadBookmarks(folder)) {
+                status = problem;
+                continue;
+            }
             for (qsizetype j = 0; j < folder.colBookmark->count(); ++j) {
                 const Bookmark &b = folder.colBookmark->at(j);
                 out << "B\t" << folder.Nr << '\t' << b.Nr << '\t' << b.Titel << '\t' << b.URL
@@ -123,7 +128,7 @@ private:
             }
         }
         out.flush();
-        return ToolContext::Success;
+        return status;
     }
 
     int addFolder()
@@ -365,7 +370,8 @@ int BookmarksCommand::import()
         c.out << result.anchorsOutsideFolders << " bookmarks outside folders were left out\n";
     if (result.truncated)
         c.out << "the file exceeds the archive's limits; the rest was left out\n";
-    c.out << "the previous archive files are in " << applied.backupFolder << '\n';
+    if (!applied.backupFolder.isEmpty())
+        c.out << "the previous archive files are in " << applied.backupFolder << '\n';
     c.out.flush();
     return ToolContext::Success;
 }

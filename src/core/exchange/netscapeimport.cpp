@@ -273,6 +273,15 @@ QString sampleArchivePath()
 QString backupArchive(const QString &dataFolder, QString *error)
 {
     const QDir data(dataFolder);
+    // Empty files (an empty index is made on every load) hold nothing to keep.
+    const QFileInfoList files = data.entryInfoList({QStringLiteral("*.bkm")}, QDir::Files);
+    QStringList worthKeeping;
+    for (const QFileInfo &file : files) {
+        if (file.size() > 0)
+            worthKeeping.append(file.fileName());
+    }
+    if (worthKeeping.isEmpty())
+        return {};
     const QString stamp = Clock::now().toString(QStringLiteral("yyyyMMdd-hhmmss"));
     QString name = QStringLiteral("backups/") + stamp;
     for (int n = 2; data.exists(name); ++n)
@@ -282,8 +291,7 @@ QString backupArchive(const QString &dataFolder, QString *error)
         return {};
     }
     const QDir backup(data.filePath(name));
-    const QStringList files = data.entryList({QStringLiteral("*.bkm")}, QDir::Files);
-    for (const QString &file : files) {
+    for (const QString &file : std::as_const(worthKeeping)) {
         if (!QFile::copy(data.filePath(file), backup.filePath(file))) {
             *error = QStringLiteral("cannot copy %1 to %2").arg(file, backup.path());
             return {};
@@ -300,7 +308,7 @@ ApplyOutcome replaceArchive(Book &book, const Result &result, const Progress &pr
         return outcome;
     }
     outcome.backupFolder = backupArchive(book.dataFolder(), &outcome.error);
-    if (outcome.backupFolder.isEmpty())
+    if (!outcome.error.isEmpty())
         return outcome;
 
     KeyedList<Thema> folders;

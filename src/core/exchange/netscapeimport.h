@@ -79,7 +79,9 @@ ApplyOutcome replaceArchive(Book &book, const Result &result, const Progress &pr
 // The sample archive beside the program, imported when there is no archive yet.
 QString sampleArchivePath();
 
-// Copies Book.bkm and every folder file to a new dated folder under backups/.
+// Copies Book.bkm and every folder file to a new dated folder under backups/ and
+// returns that folder; returns an empty string, and makes no folder, when every such
+// file is empty or missing.
 QString backupArchive(const QString &dataFolder, QString *error);
 
 } // namespace NetscapeImport

@@ -4,6 +4,7 @@
 #include "core/records/recordfile.h"
 
 #include <QFile>
+#include <QSet>
 
 namespace {
 // Index record: sequence number, folder number, name, file name.
@@ -45,6 +46,7 @@ bool Book::LoadAllThema()
 
     KeyedList<Thema> folders;
     folders.reserve(std::min<qsizetype>(read.count(), 32767));
+    QSet<QString> fileNames;
     for (qsizetype i = 0; i < read.count(); ++i) {
         if (folders.count() >= 32767) // folder numbers are 16-bit
             break;
@@ -62,6 +64,12 @@ bool Book::LoadAllThema()
             folder.Nr = free;
         }
         folder.FileName = ArchiveFiles::recordText(record, FileNameAt, FileNameWidth);
+        // A file named twice is the first folder's: the other must not read, save over
+        // or delete it.
+        if (!fileNames.contains(folder.FileName))
+            fileNames.insert(folder.FileName);
+        else
+            folder.refuseFile();
         folder.initDirName(ArchiveFiles::recordText(record, DirNameAt, DirNameWidth));
         folder.IsEdit = false;
         folder.Sequenz = reader.int32(SequenzAt);
@@ -116,7 +124,8 @@ bool Book::DeleteThema(qint16 index)
         return false;
     Thema &folder = colThema.at(index - 1);
     folder.colBookmark.reset();
-    // Only a file inside the data folder is ever deleted.
+    // Only the folder's own file is ever deleted: empty when its name is not a folder
+    // file's or belongs to another folder.
     const QString path = folder.filePath();
     if (!path.isEmpty())
         QFile::remove(path);

@@ -47,10 +47,19 @@ WindowDescription decodeRecord(const QByteArray &record)
     return window;
 }
 
+bool isLayoutFileName(const QString &path)
+{
+    return RecordCodec::trimBlanks(path).endsWith(QStringLiteral(".wlt"), Qt::CaseInsensitive);
+}
+
 FileOutcome SaveLayout(const QString &path, const QList<WindowDescription> &windows)
 {
     FileOutcome outcome;
     outcome.path = RecordCodec::trimBlanks(path);
+    if (!isLayoutFileName(outcome.path)) {
+        outcome.error = QStringLiteral("not a layout file (*.wlt): %1").arg(outcome.path);
+        return outcome;
+    }
     QList<QByteArray> records;
     records.reserve(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i)
@@ -63,6 +72,13 @@ ReadResult LoadLayout(const QString &path)
 {
     ReadResult result;
     result.outcome.path = RecordCodec::trimBlanks(path);
+    // Anything else, the data folder's own files above all, is neither read as a
+    // layout nor moved aside for not being one.
+    if (!isLayoutFileName(result.outcome.path)) {
+        result.outcome.error
+            = QStringLiteral("not a layout file (*.wlt): %1").arg(result.outcome.path);
+        return result;
+    }
     const RecordFile::ReadResult read
         = RecordFile::readAll(result.outcome.path, RecordLength, RecordFile::Missing::LeaveAbsent);
     result.outcome.movedAsidePath = read.movedAsidePath;

@@ -32,6 +32,9 @@ struct ReadResult
     FileOutcome outcome;
 };
 
+// Whether a path names a layout file (".wlt", in any case); no other file is read or
+// written as one.
+bool isLayoutFileName(const QString &path);
 // Replaces the file atomically with one record per window, numbered from 1.
 FileOutcome SaveLayout(const QString &path, const QList<WindowDescription> &windows);
 // Reads the windows of a layout file; a file that is not a whole number of records

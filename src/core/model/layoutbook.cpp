@@ -4,6 +4,7 @@
 #include "core/records/recordfile.h"
 
 #include <QFile>
+#include <QSet>
 
 namespace {
 // Index record: sequence number, position, name, file name, description.
@@ -40,6 +41,7 @@ bool LayoutBook::LoadAllLayouts()
     m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
     colLayout.clear();
     colLayout.reserve(read.records.size());
+    QSet<QString> fileNames;
     for (const QByteArray &record : read.records) {
         const RecordReader reader(record, RecordLength);
         LayoutItem item(m_dataFolder);
@@ -49,6 +51,11 @@ bool LayoutBook::LoadAllLayouts()
         item.IsEdit = false;
         item.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, item.Sequenz);
+        // A file named twice is the first layout's alone.
+        if (!fileNames.contains(item.FileName))
+            fileNames.insert(item.FileName);
+        else
+            item.refuseFile();
         m_outcomes.note(item.LoadAllFensterInfos());
         colLayout.append(std::move(item));
     }

@@ -20,7 +20,12 @@ QString LayoutItem::fileNameFor(qint32 sequenz)
 
 QString LayoutItem::filePath() const
 {
-    return ArchiveFiles::pathInFolder(m_dataFolder, RecordCodec::trimBlanks(FileName));
+    const QString name = RecordCodec::trimBlanks(FileName);
+    // Saving writes to the name computed from Sequenz, so a name that differs from it
+    // would let a layout be read from one file and written over another.
+    if (m_fileRefused || name != fileNameFor(Sequenz))
+        return {};
+    return ArchiveFiles::ownFilePath(m_dataFolder, name, ArchiveFiles::FileKind::Layout);
 }
 
 QByteArray LayoutItem::encodeRecord(const FensterInfo &window, qint16 number)
@@ -58,9 +63,17 @@ FensterInfo LayoutItem::decodeRecord(const QByteArray &record)
 
 FileOutcome LayoutItem::SaveAllFensterInfos()
 {
-    FileName = fileNameFor(Sequenz);
     FileOutcome outcome;
+    if (m_fileRefused) {
+        outcome.error = QStringLiteral("invalid layout file name: %1").arg(FileName);
+        return outcome;
+    }
+    FileName = fileNameFor(Sequenz);
     outcome.path = filePath();
+    if (outcome.path.isEmpty()) {
+        outcome.error = QStringLiteral("invalid layout file name: %1").arg(FileName);
+        return outcome;
+    }
     QList<QByteArray> records;
     records.reserve(colFensterInfo.size());
     for (qsizetype i = 0; i < colFensterInfo.size(); ++i)

@@ -26,8 +26,12 @@ public:
 
     void setDataFolder(const QString &folder) { m_dataFolder = folder; }
     const QString &dataFolder() const { return m_dataFolder; }
+    // The full path of the layout's file; empty when its name is not "WL" & Sequenz &
+    // ".nlt" or the index names that file for another layout too.
     QString filePath() const;
     static QString fileNameFor(qint32 sequenz);
+    // Nothing is read, written or deleted through this layout's file name any more.
+    void refuseFile() { m_fileRefused = true; }
 
     // Recomputes the file name from Sequenz and rewrites the file, windows numbered
     // from 1.
@@ -40,4 +44,5 @@ public:
 
 private:
     QString m_dataFolder;
+    bool m_fileRefused = false;
 };

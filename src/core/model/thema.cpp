@@ -61,7 +61,10 @@ QString Thema::bookmarkKey(qint16 folderNr, qint16 bookmarkNr)
 
 QString Thema::filePath() const
 {
-    return ArchiveFiles::pathInFolder(m_dataFolder, RecordCodec::trimBlanks(FileName));
+    if (m_fileRefused)
+        return {};
+    return ArchiveFiles::ownFilePath(
+        m_dataFolder, RecordCodec::trimBlanks(FileName), ArchiveFiles::FileKind::Folder);
 }
 
 QByteArray Thema::encodeRecord(const Bookmark &bookmark, qint16 number)

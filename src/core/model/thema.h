@@ -55,8 +55,11 @@ public:
     // Appends a bookmark under its number; returns nullptr when the number is taken.
     Bookmark *addBookmark(Bookmark bookmark);
 
-    // The full path of the folder's file, empty when its name is not a plain file name.
+    // The full path of the folder's file; empty when its name is not one the archive
+    // gives a folder file, or when the index names that file for another folder too.
     QString filePath() const;
+    // Nothing is read, written or deleted through this folder's file name any more.
+    void refuseFile() { m_fileRefused = true; }
     const QString &dataFolder() const { return m_dataFolder; }
 
     static QByteArray encodeRecord(const Bookmark &bookmark, qint16 number);
@@ -67,4 +70,5 @@ public:
 private:
     QString m_dataFolder;
     QString m_dirName;
+    bool m_fileRefused = false;
 };

@@ -2,6 +2,8 @@
 
 #include "core/records/recordcodec.h"
 
+#include <QFileInfo>
+
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -12,12 +14,33 @@
 
 namespace ArchiveFiles {
 
-QString pathInFolder(const QString &folder, const QString &fileName)
+bool isOwnFileName(const QString &fileName, FileKind kind)
 {
-    if (fileName.isEmpty() || fileName.contains(u'/') || fileName.contains(u'\\')
-        || fileName == u"." || fileName == u"..")
+    const QStringView prefix = kind == FileKind::Folder ? QStringView() : QStringView(u"WL");
+    const QStringView suffix
+        = kind == FileKind::Folder ? QStringView(u".bkm") : QStringView(u".nlt");
+    const QStringView name(fileName);
+    // Ten digits hold every 32-bit sequence number.
+    const qsizetype digits = name.size() - prefix.size() - suffix.size();
+    if (digits < 1 || digits > 10 || !name.startsWith(prefix) || !name.endsWith(suffix))
+        return false;
+    for (const QChar c : name.mid(prefix.size(), digits)) {
+        if (c < u'0' || c > u'9')
+            return false;
+    }
+    return true;
+}
+
+QString ownFilePath(const QString &folder, const QString &fileName, FileKind kind)
+{
+    if (!isOwnFileName(fileName, kind))
         return {};
-    return folder + u'/' + fileName;
+    const QString path = folder + u'/' + fileName;
+    // A link could lead anywhere; a folder file that is not there yet is made anew.
+    const QFileInfo info(path);
+    if (info.isSymLink() || (info.exists() && !info.isFile()))
+        return {};
+    return path;
 }
 
 QString recordText(QByteArrayView record, int offset, int width)

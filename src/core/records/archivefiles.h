@@ -12,9 +12,18 @@ namespace ArchiveFiles {
 constexpr qint16 True = -1;
 constexpr qint16 False = 0;
 
-// The path of a data file named in a record, or an empty string when the name would
-// reach outside the data folder (a path separator or "..").
-QString pathInFolder(const QString &folder, const QString &fileName);
+// The files an index names: a bookmark folder's "N.bkm" and a layout's "WLn.nlt".
+enum class FileKind { Folder, Layout };
+
+// Whether a name read from an index has the form the archive gives that kind of file:
+// digits only around the fixed parts, no path. Nothing else in the data folder (the
+// indexes, the preferences, another kind's files) has such a name.
+bool isOwnFileName(const QString &fileName, FileKind kind);
+
+// The path in the data folder of a file named in an index, or an empty string when
+// the name is not one of that kind (isOwnFileName) or the path is a link or anything
+// but a regular file: such a name is never read, written or deleted.
+QString ownFilePath(const QString &folder, const QString &fileName, FileKind kind);
 
 // A text field of a whole record, decoded as RecordReader::text does with blanks
 // trimmed, but without first copying the field's padding around: most of an address
