@@ -1,9 +1,11 @@
 #include "engine/pageview.h"
 
+#include "engine/generatedpages.h"
 #include "engine/webenginesetup.h"
 #include "engine/webpage.h"
-#include "engine/generatedpages.h"
 
+#include <QEventLoop>
+#include <QPointer>
 #include <QPrinter>
 #include <QVBoxLayout>
 #include <QWebEngineCertificateError>
@@ -58,7 +60,9 @@ PageView::Permission permissionOf(QWebEnginePage::Feature feature)
 constexpr int TextSizes[5] = {11, 13, 16, 19, 23};
 } // namespace
 
-PageView::PageView(QWidget *parent) : QWidget(parent), m_view(new QWebEngineView(this))
+PageView::PageView(QWidget *parent)
+    : QWidget(parent)
+    , m_view(new QWebEngineView(this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -69,7 +73,12 @@ PageView::PageView(QWidget *parent) : QWidget(parent), m_view(new QWebEngineView
     setFocusProxy(m_view);
 }
 
-PageView::~PageView() = default;
+PageView::~PageView()
+{
+    // The engine may still hold the printer of a running print: the view goes first.
+    delete m_view;
+    m_view = nullptr;
+}
 
 void PageView::attachPage()
 {
@@ -94,7 +103,8 @@ void PageView::attachPage()
         [this](const QUrl &origin, QWebEnginePage::Feature feature) {
             const Permission permission = permissionOf(feature);
             if (permission == Permission::Other) {
-                m_page->setFeaturePermission(origin, feature, QWebEnginePage::PermissionDeniedByUser);
+                m_page->setFeaturePermission(
+                    origin, feature, QWebEnginePage::PermissionDeniedByUser);
                 return;
             }
             emit permissionRequested(origin, permission);
@@ -115,8 +125,8 @@ void PageView::attachPage()
         [this](QWebEngineNewWindowRequest &request) {
             if (!m_newWindowHandler)
                 return; // not taken: the engine refuses it
-            NewWindowRequest asked{request.requestedUrl(), request.requestedGeometry(),
-                request.isUserInitiated()};
+            NewWindowRequest asked {
+                request.requestedUrl(), request.requestedGeometry(), request.isUserInitiated()};
             bool keepOpener = true;
             PageView *target = m_newWindowHandler(asked, &keepOpener);
             if (!target)
@@ -127,6 +137,8 @@ void PageView::attachPage()
                 target->load(asked.url);
         });
     connect(m_view, &QWebEngineView::printFinished, this, [this](bool ok) {
+        m_printing = false;
+        m_printer.reset();
         if (m_printDone)
             std::exchange(m_printDone, nullptr)(ok);
     });
@@ -202,7 +214,8 @@ void PageView::setTextSize(int step)
 {
     m_textStep = qBound(0, step, 4);
     m_page->settings()->setFontSize(QWebEngineSettings::DefaultFontSize, TextSizes[m_textStep]);
-    m_page->settings()->setFontSize(QWebEngineSettings::MinimumFontSize, m_textStep > 2 ? TextSizes[m_textStep] - 6 : 0);
+    m_page->settings()->setFontSize(
+        QWebEngineSettings::MinimumFontSize, m_textStep > 2 ? TextSizes[m_textStep] - 6 : 0);
 }
 
 void PageView::runScript(const QString &script, const std::function<void(const QVariant &)> &result)
@@ -213,7 +226,8 @@ void PageView::runScript(const QString &script, const std::function<void(const Q
         m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld);
 }
 
-void PageView::findText(const QString &text, bool backward, const std::function<void(int, int)> &result)
+void PageView::findText(
+    const QString &text, bool backward, const std::function<void(int, int)> &result)
 {
     QWebEnginePage::FindFlags flags;
     if (backward)
@@ -233,10 +247,35 @@ void PageView::savePage(const QString &path)
     m_page->save(path);
 }
 
-void PageView::print(QPrinter *printer, const std::function<void(bool)> &done)
+void PageView::print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done)
 {
-    m_printDone = done;
+    if (m_printing || !printer) {
+        if (done)
+            done(false);
+        return;
+    }
+    m_printing = true;
+    m_printer = std::move(printer);
+    m_printDone = std::move(done);
+    m_view->print(m_printer.get());
+}
+
+bool PageView::printInto(QPrinter *printer)
+{
+    if (m_printing || !printer)
+        return false;
+    QPointer<PageView> self = this;
+    QEventLoop loop;
+    bool printed = false;
+    m_printing = true;
+    m_printDone = [&loop, &printed](bool ok) {
+        printed = ok;
+        loop.quit();
+    };
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     m_view->print(printer);
+    loop.exec();
+    return self && printed;
 }
 
 void PageView::answerPermission(const QUrl &origin, Permission permission, bool granted)

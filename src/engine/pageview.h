@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class QPrinter;
 class QWebEngineView;
@@ -20,7 +21,14 @@ class PageView final : public QWidget
     Q_OBJECT
 
 public:
-    enum class Permission { Location, Notifications, Camera, Microphone, CameraAndMicrophone, Other };
+    enum class Permission {
+        Location,
+        Notifications,
+        Camera,
+        Microphone,
+        CameraAndMicrophone,
+        Other
+    };
 
     struct NewWindowRequest
     {
@@ -80,7 +88,13 @@ public:
     void setBodyHtml(const QString &html);
 
     void savePage(const QString &path);
-    void print(QPrinter *printer, const std::function<void(bool)> &done);
+    // Prints the page. The view keeps the printer until the engine is done with it, or
+    // until the view goes away first, and frees it either way; `done` runs only in the
+    // first case. While a print runs, another one is refused (done(false)).
+    void print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done = nullptr);
+    // Paints the page into a printer owned by someone else (a print preview) and returns
+    // when the engine is done, false when it failed or the view went away meanwhile.
+    bool printInto(QPrinter *printer);
 
     void answerPermission(const QUrl &origin, Permission permission, bool granted);
 
@@ -108,5 +122,7 @@ private:
     bool m_loading = false;
     int m_zoomPercent = 100;
     int m_textStep = 2;
+    bool m_printing = false;
+    std::unique_ptr<QPrinter> m_printer;
     std::function<void(bool)> m_printDone;
 };

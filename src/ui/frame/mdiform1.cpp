@@ -3,11 +3,11 @@
 #include "core/base/appinfo.h"
 #include "core/base/commandline.h"
 #include "core/base/uitexts.h"
+#include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
-#include "core/prefs/prefer.h"
 
 #include <QCloseEvent>
 #include <QLabel>

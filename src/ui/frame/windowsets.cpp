@@ -1,12 +1,12 @@
 #include "ui/frame/windowsets.h"
 
-#include "core/base/uitexts.h"
 #include "core/base/feedmark.h"
+#include "core/base/uitexts.h"
+#include "core/model/book.h"
+#include "core/model/layout.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/twips.h"
-#include "core/model/book.h"
-#include "core/model/layout.h"
 
 #include <QMdiSubWindow>
 
@@ -16,7 +16,7 @@ frmBrowser *openAddress(MDIForm1 &frame, const QString &address, bool asFeed)
 {
     if (!asFeed)
         return frame.OpenNewBrowser(address);
-    frmBrowser *window = frame.CreateBrowser(QStringLiteral("MDI"));
+    frmBrowser *window = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
     window->LoadFeed(address);
     return window;
 }

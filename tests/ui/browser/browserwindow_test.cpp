@@ -1,11 +1,11 @@
+#include "core/prefs/prefer.h"
+#include "engine/downloads.h"
+#include "engineenvironment.h"
+#include "localhttpserver.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/browser/infobar.h"
-#include "engineenvironment.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
-#include "localhttpserver.h"
-#include "engine/downloads.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QComboBox>

@@ -1,13 +1,13 @@
 #include "core/base/uitexts.h"
+#include "core/browsing/usercommand.h"
+#include "core/prefs/prefer.h"
+#include "engineenvironment.h"
+#include "localhttpserver.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/drivemenu.h"
 #include "ui/browser/findbar.h"
 #include "ui/browser/frmbrowser.h"
-#include "engineenvironment.h"
 #include "ui/frame/mdiform1.h"
-#include "core/browsing/usercommand.h"
-#include "localhttpserver.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -124,7 +124,7 @@ private slots:
 
     void buttonsAndEntriesKeepTheirKeysAndOrder()
     {
-        frmBrowser *window = m_frame->CreateBrowser(QStringLiteral("MDI"));
+        frmBrowser *window = m_frame->CreateBrowser(MDIForm1::BrowserKind::MDI);
         BrowserToolbar *bar = window->commands();
         QCOMPARE(bar->buttonKeys(),
             strings({"Back", "Forward", "Stop", "Refresh", "Home", "Search", "Clone", "Drive",
@@ -172,7 +172,7 @@ private slots:
     {
         MDIForm1 frame;
         frame.show();
-        frmBrowser *window = frame.CreateBrowser(QStringLiteral("MDI"));
+        frmBrowser *window = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
         QAction *history = window->toolAction(QStringLiteral("history"));
         QTest::qWait(50);
         QVERIFY(frame.history().isEmpty());
@@ -181,7 +181,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!frame.history().isEmpty(), Wait);
         QTRY_VERIFY(history->isEnabled());
         // A window opened later starts with the button enabled.
-        frmBrowser *later = frame.CreateBrowser(QStringLiteral("MDI"));
+        frmBrowser *later = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
         QTRY_VERIFY(later->toolAction(QStringLiteral("history"))->isEnabled());
     }
 
@@ -210,14 +210,14 @@ private slots:
     {
         QList<frmBrowser *> windows;
         for (int i = 0; i < 3; ++i)
-            windows.append(m_frame->CreateBrowser(QStringLiteral("MDI")));
+            windows.append(m_frame->CreateBrowser(MDIForm1::BrowserKind::MDI));
         frmBrowser *middle = windows.at(1);
         middle->commands()->menuClick(middle->commands()->entry(QStringLiteral("CloseOthers")));
         QTRY_COMPARE_WITH_TIMEOUT(int(m_frame->browsers().size()), 1, Wait);
         QCOMPARE(m_frame->browsers().first(), middle);
 
-        m_frame->CreateBrowser(QStringLiteral("MDI"));
-        m_frame->CreateBrowser(QStringLiteral("MDI"));
+        m_frame->CreateBrowser(MDIForm1::BrowserKind::MDI);
+        m_frame->CreateBrowser(MDIForm1::BrowserKind::MDI);
         const int middleId = middle->ID;
         QList<int> closed;
         for (frmBrowser *window : m_frame->browsers()) {
@@ -257,7 +257,6 @@ private slots:
         QCOMPARE(int(m_frame->browsers().size()), 4);
         frmBrowser *blank = m_frame->browsers().last();
         QTRY_COMPARE_WITH_TIMEOUT(blank->LocationURL(), QStringLiteral("about:blank"), Wait);
-        QVERIFY(m_frame->StartAddressOverride.isEmpty());
 
         // Home renders the feed home page in this window; an address typed afterwards ends it.
         bar->buttonClick(QStringLiteral("Home"));
@@ -380,15 +379,15 @@ private slots:
 
     void feedItemOpensInItsNamedWindowAndReusesIt()
     {
-        m_frame->policy.AllowOpenWin = true;
+        m_frame->setPolicySwitch(NewWindowPolicy::Switch::AllowOpenWin, true);
         const auto click = [](int index) {
             return QStringLiteral("document.querySelectorAll('a.lnk')[%1].click(); true")
                 .arg(index);
         };
         // Whether pages keep a reference to their windows or not.
         for (const bool reference : {true, false}) {
-            m_frame->policy.AllowWinRef = reference;
-            frmBrowser *window = m_frame->CreateBrowser(QStringLiteral("MDI"));
+            m_frame->setPolicySwitch(NewWindowPolicy::Switch::AllowWinRef, reference);
+            frmBrowser *window = m_frame->CreateBrowser(MDIForm1::BrowserKind::MDI);
             window->LoadFeed(url("/feeds/one.xml"));
             QTRY_COMPARE_WITH_TIMEOUT(window->Title, QStringLiteral("Testfeed"), Wait);
             QTRY_VERIFY_WITH_TIMEOUT(!window->page()->isLoading(), Wait);
@@ -414,7 +413,7 @@ private slots:
             QCOMPARE(item->Title, QStringLiteral("Item eins"));
             closeAll();
         }
-        m_frame->policy.AllowWinRef = false;
+        m_frame->setPolicySwitch(NewWindowPolicy::Switch::AllowWinRef, false);
     }
 };
 

@@ -1,11 +1,11 @@
 #include "core/base/appinfo.h"
-#include "ui/browser/frmbrowser.h"
+#include "core/prefs/prefer.h"
+#include "core/records/recordcodec.h"
 #include "engineenvironment.h"
+#include "localhttpserver.h"
+#include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
-#include "localhttpserver.h"
-#include "core/records/recordcodec.h"
-#include "core/prefs/prefer.h"
 
 #include <QAction>
 #include <QFile>

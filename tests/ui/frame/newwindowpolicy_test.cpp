@@ -1,9 +1,9 @@
-#include "ui/browser/frmbrowser.h"
+#include "core/browsing/usercommand.h"
 #include "engineenvironment.h"
+#include "localhttpserver.h"
+#include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
-#include "core/browsing/usercommand.h"
-#include "localhttpserver.h"
 
 #include <QAction>
 #include <QMdiArea>
@@ -64,7 +64,7 @@ private slots:
         frame.show();
         frmBrowser *opener = openOpener(frame);
         frame.menuAction(QStringLiteral("mn_DisablePopup"))->trigger();
-        QVERIFY(!frame.policy.AllowOpenWin);
+        QVERIFY(!frame.policy().AllowOpenWin);
         QVERIFY(frame.menuAction(QStringLiteral("mn_ctxtDisablePopup"))->isChecked());
         QVERIFY(!frame.menuAction(QStringLiteral("mn_PopupToBack"))->isEnabled());
         run(opener,
@@ -74,7 +74,7 @@ private slots:
         QCOMPARE(frame.tabStrip()->count(), 1);
 
         frame.menuAction(QStringLiteral("mn_ctxtEnablePopup"))->trigger();
-        QVERIFY(frame.policy.AllowOpenWin);
+        QVERIFY(frame.policy().AllowOpenWin);
         UserCommandPending = -1;
         run(opener, QStringLiteral("window.open('/target')"));
         QTRY_COMPARE_WITH_TIMEOUT(UserCommandPending, qint16(0), 15000); // the refusal clears it
@@ -99,8 +99,9 @@ private slots:
         frmBrowser *opener = openOpener(frame);
         QVERIFY(opener);
         const QVariantList centre = evaluate(opener,
-            QStringLiteral("(() => { const r = document.getElementById('blank').getBoundingClientRect();"
-                           " return [r.left + r.width / 2, r.top + r.height / 2]; })()"))
+            QStringLiteral(
+                "(() => { const r = document.getElementById('blank').getBoundingClientRect();"
+                " return [r.left + r.width / 2, r.top + r.height / 2]; })()"))
                                         .toList();
         QCOMPARE(centre.size(), 2);
         UserCommandPending = -1;
@@ -118,7 +119,7 @@ private slots:
         frame.show();
         frmBrowser *opener = openOpener(frame);
         frame.menuAction(QStringLiteral("mn_ctxtPopupToBack"))->trigger();
-        QVERIFY(frame.policy.AllowWinInBack);
+        QVERIFY(frame.policy().AllowWinInBack);
         QVERIFY(frame.menuAction(QStringLiteral("mn_PopupToBack"))->isChecked());
         run(opener, QStringLiteral("window.open('/target')"));
         QTRY_COMPARE_WITH_TIMEOUT(frame.browsers().size(), 2, 15000);
@@ -133,7 +134,7 @@ private slots:
         MDIForm1 frame;
         frame.show();
         frmBrowser *opener = openOpener(frame);
-        QVERIFY(!frame.policy.AllowWinRef);
+        QVERIFY(!frame.policy().AllowWinRef);
         run(opener, QStringLiteral("window.open('/target')"));
         QTRY_COMPARE_WITH_TIMEOUT(frame.browsers().size(), 2, 15000);
         frmBrowser *unlinked = frame.browsers().last();
@@ -141,7 +142,7 @@ private slots:
         QCOMPARE(evaluate(unlinked, QStringLiteral("window.opener === null")).toBool(), true);
 
         frame.menuAction(QStringLiteral("mn_ctxtPopupReferenz"))->trigger();
-        QVERIFY(frame.policy.AllowWinRef);
+        QVERIFY(frame.policy().AllowWinRef);
         run(opener, QStringLiteral("window.open('/target')"));
         QTRY_COMPARE_WITH_TIMEOUT(frame.browsers().size(), 3, 15000);
         frmBrowser *linked = frame.browsers().last();
@@ -168,7 +169,7 @@ private slots:
         QCOMPARE(sub->pos(), before);
 
         frame.menuAction(QStringLiteral("mn_PopupResize"))->trigger();
-        QVERIFY(!frame.policy.AllowResizeWin);
+        QVERIFY(!frame.policy().AllowResizeWin);
         run(popup, QStringLiteral("window.resizeTo(600, 500)"));
         QTest::qWait(500);
         QVERIFY(qAbs(popup->page()->width() - 420) <= 2);
@@ -185,7 +186,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(spammer->Title, QStringLiteral("Spammer"), 15000);
         run(spammer, QStringLiteral("window.spam = true"));
         frame.ClosePopups();
-        QVERIFY(frame.policy.AllowOpenWin); // restored after the sweep
+        QVERIFY(frame.policy().AllowOpenWin); // restored after the sweep
         QCOMPARE(frame.popupCount(), 0);
         QTest::qWait(500);
         QCOMPARE(frame.browsers(), QList<frmBrowser *> {opener});
@@ -232,7 +233,7 @@ private slots:
             QCOMPARE(subs.at(i)->x(), area * i / 3);
             QCOMPARE(subs.at(i)->height(), frame.mdiArea()->viewport()->height());
         }
-        frame.Arrange(1);
+        frame.Arrange(MDIForm1::Arrangement::OneBelowAnother);
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(subs.at(i)->width(), area);
             QCOMPARE(subs.at(i)->y(), frame.mdiArea()->viewport()->height() * i / 3);

@@ -1,11 +1,12 @@
+#include "core/browsing/linkstoopen.h"
+#include "core/browsing/usercommand.h"
+#include "engineenvironment.h"
+#include "localhttpserver.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/frmbrowser.h"
-#include "engineenvironment.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
-#include "core/browsing/usercommand.h"
-#include "localhttpserver.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -226,7 +227,7 @@ private slots:
 
     void noticeDialogShowsTheTextAndRemembersItsCheckBox()
     {
-        const QString message = OpenAllLinks::noticeText(15);
+        const QString message = LinksToOpen::noticeText(15);
         QString shown;
         QTimer::singleShot(200, this, [&shown] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());

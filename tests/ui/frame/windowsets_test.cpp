@@ -1,13 +1,13 @@
 #include "core/base/appinfo.h"
-#include "ui/browser/frmbrowser.h"
-#include "engineenvironment.h"
-#include "ui/frame/mdiform1.h"
-#include "ui/frame/twips.h"
-#include "ui/frame/windowsets.h"
-#include "localhttpserver.h"
 #include "core/model/book.h"
 #include "core/model/bookediting.h"
 #include "core/model/layout.h"
+#include "engineenvironment.h"
+#include "localhttpserver.h"
+#include "ui/browser/frmbrowser.h"
+#include "ui/frame/mdiform1.h"
+#include "ui/frame/twips.h"
+#include "ui/frame/windowsets.h"
 
 #include <QFile>
 #include <QMdiSubWindow>
