@@ -75,9 +75,19 @@ PageView::PageView(QWidget *parent)
 
 PageView::~PageView()
 {
-    // The engine may still hold the printer of a running print: the view goes first.
-    delete m_view;
-    m_view = nullptr;
+    if (!m_printing)
+        return;
+    // The engine fails hard when a page goes away in the middle of a print: the view
+    // lives on, hidden and on its own, until the print is done, and goes then with the
+    // printer.
+    QWebEngineView *view = m_view;
+    QPrinter *printer = m_printer.release();
+    view->disconnect(this);
+    view->setParent(nullptr);
+    connect(view, &QWebEngineView::printFinished, view, [view, printer] {
+        delete printer;
+        view->deleteLater();
+    });
 }
 
 void PageView::attachPage()

@@ -88,9 +88,9 @@ public:
     void setBodyHtml(const QString &html);
 
     void savePage(const QString &path);
-    // Prints the page. The view keeps the printer until the engine is done with it, or
-    // until the view goes away first, and frees it either way; `done` runs only in the
-    // first case. While a print runs, another one is refused (done(false)).
+    // Prints the page. The view keeps the printer until the engine is done with it and
+    // frees it then, even when the view itself has gone away meanwhile; `done` runs only
+    // while the view is there. While a print runs, another one is refused (done(false)).
     void print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done = nullptr);
     // Paints the page into a printer owned by someone else (a print preview) and returns
     // when the engine is done, false when it failed or the view went away meanwhile.
