@@ -377,7 +377,7 @@ private slots:
         QVERIFY(qAbs(linked->page()->width() - 420) <= 2);
     }
 
-    void popupsCloseTogetherAndWhileClosingOpenNoMore()
+    void popupsCloseTogetherAndASpammingOneLeavesNothing()
     {
         MDIForm1 frame;
         frame.show();
