@@ -4,6 +4,8 @@
 #include "engine/webenginesetup.h"
 #include "engine/webpage.h"
 
+#include <QEventLoop>
+#include <QPointer>
 #include <QPrinter>
 #include <QVBoxLayout>
 #include <QWebEngineCertificateError>
@@ -71,7 +73,22 @@ PageView::PageView(QWidget *parent)
     setFocusProxy(m_view);
 }
 
-PageView::~PageView() = default;
+PageView::~PageView()
+{
+    if (!m_printing)
+        return;
+    // The engine fails hard when a page goes away in the middle of a print: the view
+    // lives on, hidden and on its own, until the print is done, and goes then with the
+    // printer.
+    QWebEngineView *view = m_view;
+    QPrinter *printer = m_printer.release();
+    view->disconnect(this);
+    view->setParent(nullptr);
+    connect(view, &QWebEngineView::printFinished, view, [view, printer] {
+        delete printer;
+        view->deleteLater();
+    });
+}
 
 void PageView::attachPage()
 {
@@ -130,6 +147,8 @@ void PageView::attachPage()
                 target->load(asked.url);
         });
     connect(m_view, &QWebEngineView::printFinished, this, [this](bool ok) {
+        m_printing = false;
+        m_printer.reset();
         if (m_printDone)
             std::exchange(m_printDone, nullptr)(ok);
     });
@@ -238,10 +257,35 @@ void PageView::savePage(const QString &path)
     m_page->save(path);
 }
 
-void PageView::print(QPrinter *printer, const std::function<void(bool)> &done)
+void PageView::print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done)
 {
-    m_printDone = done;
+    if (m_printing || !printer) {
+        if (done)
+            done(false);
+        return;
+    }
+    m_printing = true;
+    m_printer = std::move(printer);
+    m_printDone = std::move(done);
+    m_view->print(m_printer.get());
+}
+
+bool PageView::printInto(QPrinter *printer)
+{
+    if (m_printing || !printer)
+        return false;
+    QPointer<PageView> self = this;
+    QEventLoop loop;
+    bool printed = false;
+    m_printing = true;
+    m_printDone = [&loop, &printed](bool ok) {
+        printed = ok;
+        loop.quit();
+    };
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     m_view->print(printer);
+    loop.exec();
+    return self && printed;
 }
 
 void PageView::answerPermission(const QUrl &origin, Permission permission, bool granted)

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class QPrinter;
 class QWebEngineView;
@@ -87,7 +88,13 @@ public:
     void setBodyHtml(const QString &html);
 
     void savePage(const QString &path);
-    void print(QPrinter *printer, const std::function<void(bool)> &done);
+    // Prints the page. The view keeps the printer until the engine is done with it and
+    // frees it then, even when the view itself has gone away meanwhile; `done` runs only
+    // while the view is there. While a print runs, another one is refused (done(false)).
+    void print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done = nullptr);
+    // Paints the page into a printer owned by someone else (a print preview) and returns
+    // when the engine is done, false when it failed or the view went away meanwhile.
+    bool printInto(QPrinter *printer);
 
     void answerPermission(const QUrl &origin, Permission permission, bool granted);
 
@@ -115,5 +122,7 @@ private:
     bool m_loading = false;
     int m_zoomPercent = 100;
     int m_textStep = 2;
+    bool m_printing = false;
+    std::unique_ptr<QPrinter> m_printer;
     std::function<void(bool)> m_printDone;
 };

@@ -26,4 +26,6 @@ report "engine includes a layer above it" \
     "$(includes engine | grep -E '"(ui|app)/')"
 report "ui includes the program" \
     "$(includes ui | grep -E '"app/')"
+report "the browser window reaches into the frame" \
+    "$(includes ui/browser | grep -E '"ui/frame/')"
 exit $status

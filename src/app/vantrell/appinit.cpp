@@ -19,11 +19,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QSessionManager>
 #include <QStatusBar>
 #include <QTimer>
+#include <QTranslator>
 
 namespace {
 
@@ -47,10 +49,12 @@ void applyPreferences(MDIForm1 &frame)
     frame.statusBar()->setVisible(p.StatusBar() != 0);
     frame.AddressBarDefault = p.Adresszeile() != 0;
     frame.ToolbarDefault = p.Toolbar() != 0;
-    frame.policy.AllowOpenWin = p.AllowOpenWin() != 0;
-    frame.policy.AllowResizeWin = p.AllowResizeWin() != 0;
-    frame.policy.AllowWinInBack = p.AllowWinInBack() != 0;
-    frame.policy.AllowWinRef = p.AllowWinRef() != 0;
+    NewWindowPolicy policy;
+    policy.AllowOpenWin = p.AllowOpenWin() != 0;
+    policy.AllowResizeWin = p.AllowResizeWin() != 0;
+    policy.AllowWinInBack = p.AllowWinInBack() != 0;
+    policy.AllowWinRef = p.AllowWinRef() != 0;
+    frame.setPolicy(policy);
 }
 
 void runStartOption(MDIForm1 &frame, const QString &dataFolder)
@@ -82,6 +86,13 @@ int Main(int argc, char *argv[])
     const QString dataFolder = AppInfo::dataFolderPath();
     AppInfo::ensureDataFolder(dataFolder);
     UiTexts::load(UiTexts::languageForLocale());
+    // Qt's own texts (key names in menus, standard buttons) in the program's language,
+    // where they are installed.
+    QTranslator qtTexts;
+    if (UiTexts::language() == UiTexts::Language::German
+        && qtTexts.load(
+            QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtTexts);
 
     const QStringList arguments = commandLineArguments(app.arguments().mid(1));
     const QString rawLine = CommandLine::rawLine(arguments);
@@ -131,12 +142,10 @@ int Main(int argc, char *argv[])
         if (rawLine.isEmpty() && !feedStartPage) {
             first = frame.OpenNewBrowser(prefer().HomeUrl().trimmed());
         } else if (rawLine.isEmpty()) {
-            first = frame.CreateBrowser(QStringLiteral("MDI"));
+            first = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
             first->LoadFeed(prefer().HomeUrl().trimmed());
         } else {
-            frame.PendingAddress = address;
-            first = frame.NewBrowser();
-            frame.PendingAddress.clear();
+            first = frame.NewBrowser(address);
         }
         if (first && first->parentWidget())
             first->parentWidget()->showMaximized();

@@ -1,6 +1,5 @@
 #include "ui/browser/browsertoolbar.h"
 
-#include "core/base/feedmark.h"
 #include "core/base/uitexts.h"
 #include "core/browsing/usercommand.h"
 #include "core/feeds/feedlist.h"
@@ -10,14 +9,10 @@
 #include "ui/browser/toolbaricons.h"
 #include "ui/desktop/mailprogram.h"
 #include "ui/desktop/networkdrives.h"
-#include "ui/frame/framemenus.h"
-#include "ui/frame/mdiform1.h"
-#include "ui/frame/openalllinks.h"
 
 #include <QAction>
 #include <QDir>
 #include <QFileDialog>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
 #include <QStandardPaths>
@@ -144,10 +139,9 @@ void BrowserToolbar::setHomeTip(const QString &tip)
     button(QStringLiteral("Home"))->setToolTip(tip);
 }
 
-void BrowserToolbar::syncHistory()
+void BrowserToolbar::setHistoryAvailable(bool available)
 {
-    const MDIForm1 *frame = m_window->frame();
-    button(QStringLiteral("history"))->setEnabled(frame && !frame->history().isEmpty());
+    button(QStringLiteral("history"))->setEnabled(available);
 }
 
 void BrowserToolbar::showFeeds(const FeedList &feeds)
@@ -186,7 +180,7 @@ void BrowserToolbar::buttonClick(const QString &key)
         w->FeedSourceUrl.clear();
         w->Navigate(prefer().SearchEngine().trimmed());
     } else if (key == u"Clone") {
-        startWindow();
+        emit windowCommand(WindowCommand::Start);
     } else if (key == u"Mail") {
         startMail();
     } else if (key == u"history" || key == u"Bookm") {
@@ -207,7 +201,6 @@ void BrowserToolbar::menuClick(QAction *entry)
     frmBrowser *w = m_window;
     if (!entry || !w->isBrowserVisible())
         return;
-    MDIForm1 *frame = w->frame();
     const QString key = entry->objectName();
     if (key == u"mailer") {
         startMail();
@@ -221,27 +214,19 @@ void BrowserToolbar::menuClick(QAction *entry)
         || key == u"BrowserSearch") {
         notAvailable();
     } else if (key == u"Cloneit") {
-        if (frame)
-            frame->CloneActive();
+        emit windowCommand(WindowCommand::Clone);
     } else if (key == u"ClosePopups") {
-        if (frame)
-            frame->ClosePopups();
+        emit windowCommand(WindowCommand::ClosePopups);
     } else if (key == u"CloseallWin") {
-        closeAllWindows();
+        emit windowCommand(WindowCommand::CloseAll);
     } else if (key == u"CloseOthers") {
-        if (frame)
-            frame->CloseOtherBrowsers(w);
+        emit windowCommand(WindowCommand::CloseOthers);
     } else if (key == u"Startit") {
-        startWindow();
+        emit windowCommand(WindowCommand::Start);
     } else if (key == u"StartBlank") {
-        if (frame) {
-            frame->StartAddressOverride = QStringLiteral("about:blank");
-            startWindow();
-            frame->StartAddressOverride.clear();
-        }
+        emit windowCommand(WindowCommand::StartBlank);
     } else if (key == u"OpenallA") {
-        if (frame)
-            frame->menus()->openAllLinks()->run(w);
+        emit windowCommand(WindowCommand::OpenAllLinks);
     } else if (key == u"GetHome") {
         w->SetHomepage();
     } else if (key == u"DocSearch") {
@@ -276,47 +261,13 @@ void BrowserToolbar::menuClick(QAction *entry)
     }
 }
 
-void BrowserToolbar::startWindow()
-{
-    MDIForm1 *frame = m_window->frame();
-    if (!frame)
-        return;
-    const QString homeTitle = prefer().HomeTitle();
-    if (FeedMark::isFeedTitle(homeTitle) && frame->StartAddressOverride.isEmpty()) {
-        frmBrowser *created = frame->CreateBrowser(QStringLiteral("MDI"));
-        if (created)
-            created->LoadFeed(prefer().HomeUrl().trimmed());
-        return;
-    }
-    frame->NewBrowser();
-}
-
-void BrowserToolbar::closeAllWindows()
-{
-    MDIForm1 *frame = m_window->frame();
-    if (!frame)
-        return;
-    for (frmBrowser *other : frame->browsers()) {
-        if (other != m_window) {
-            if (auto *sub = qobject_cast<QMdiSubWindow *>(other->parentWidget()))
-                sub->close();
-        }
-    }
-    frame->TabSync();
-    if (auto *sub = qobject_cast<QMdiSubWindow *>(m_window->parentWidget()))
-        sub->close();
-}
-
 void BrowserToolbar::startMail()
 {
-    if (MailProgram::start())
-        return;
-    if (MDIForm1 *frame = m_window->frame())
-        frame->setStatusText(MailProgram::failureText());
+    if (!MailProgram::start())
+        emit statusText(MailProgram::failureText());
 }
 
 void BrowserToolbar::notAvailable()
 {
-    if (MDIForm1 *frame = m_window->frame())
-        frame->setStatusText(uiText(2045));
+    emit statusText(uiText(2045));
 }

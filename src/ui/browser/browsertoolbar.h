@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/browser/windowcommand.h"
+
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -35,16 +37,19 @@ public:
 
     // Lists the announced feeds under the "Feed" button, which is enabled when there are any.
     void showFeeds(const FeedList &feeds);
-    // "history" is enabled while the frame's history holds an entry.
-    void syncHistory();
+    // "history" is enabled while the history holds an entry.
+    void setHistoryAvailable(bool available);
     void setHomeTip(const QString &tip);
+
+signals:
+    // A command that acts on other windows, for the frame to run.
+    void windowCommand(WindowCommand command);
+    void statusText(const QString &text);
 
 private:
     QAction *addButton(const QString &key, const QString &tip, const QStringList &entries = {});
     void addEntry(QMenu *menu, const QString &key, int textId);
     void markUnavailable(QAction *action);
-    void startWindow();
-    void closeAllWindows();
     void startMail();
     void notAvailable();
 

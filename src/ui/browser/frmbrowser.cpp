@@ -1,7 +1,6 @@
 #include "ui/browser/frmbrowser.h"
 
 #include "core/base/uitexts.h"
-#include "core/prefs/prefer.h"
 #include "engine/webenginesetup.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/busyindicator.h"
@@ -9,7 +8,6 @@
 #include "ui/browser/findbar.h"
 #include "ui/browser/infobar.h"
 #include "ui/browser/lockicon.h"
-#include "ui/frame/mdiform1.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -18,8 +16,6 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMimeData>
 #include <QPointer>
 #include <QStyle>
@@ -31,97 +27,97 @@ namespace {
 constexpr int BusyPollMs = 60;
 } // namespace
 
-frmBrowser::frmBrowser(QWidget *parent)
+frmBrowser::frmBrowser(const QString &startUrl, QWidget *parent)
     : QWidget(parent)
+    , StartUrl(startUrl)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    brwWebBrowser = new PageView(this);
-    infoBar = new InfoBar(this);
-    timTimer = new QTimer(this);
-    timTimer->setInterval(BusyPollMs);
-    connect(timTimer, &QTimer::timeout, this, &frmBrowser::pollTick);
+    m_page = new PageView(this);
+    m_infoBar = new InfoBar(this);
+    m_busyPoll = new QTimer(this);
+    m_busyPoll->setInterval(BusyPollMs);
+    connect(m_busyPoll, &QTimer::timeout, this, &frmBrowser::pollTick);
     buildBars();
-    m_findBar = new FindBar(brwWebBrowser, this);
+    m_findBar = new FindBar(m_page, this);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(CoolBar1);
+    layout->addWidget(m_coolBar);
     layout->addWidget(m_findBar);
-    layout->addWidget(infoBar);
+    layout->addWidget(m_infoBar);
     // The page takes all the height the bar leaves; with the bar hidden, all of it.
-    layout->addWidget(brwWebBrowser, 1);
+    layout->addWidget(m_page, 1);
 
     connectPage();
-    StartUrl = prefer().HomeUrl().trimmed();
     ZoomFactor = 100;
-    // The frame places and wires the window right after creating it.
-    QTimer::singleShot(0, this, [this] {
-        attachToFrame();
-        routeFeedItemWindows();
-    });
+    m_page->setNewWindowHandler(
+        [this](const PageView::NewWindowRequest &request, bool *keepOpener) {
+            return openWindowFor(request, keepOpener);
+        });
 }
 
 frmBrowser::~frmBrowser() = default;
 
 void frmBrowser::buildBars()
 {
-    CoolBar1 = new QWidget(this);
-    auto *bars = new QVBoxLayout(CoolBar1);
+    m_coolBar = new QWidget(this);
+    auto *bars = new QVBoxLayout(m_coolBar);
     bars->setContentsMargins(2, 2, 2, 2);
     bars->setSpacing(1);
 
-    tbToolBar = new QToolBar(CoolBar1);
-    tbToolBar->setObjectName(QStringLiteral("Toolbar"));
-    tbToolBar->setIconSize(QSize(18, 18));
-    tbToolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    m_commands = new BrowserToolbar(this, tbToolBar);
+    m_toolBar = new QToolBar(m_coolBar);
+    m_toolBar->setObjectName(QStringLiteral("Toolbar"));
+    m_toolBar->setIconSize(QSize(18, 18));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    m_commands = new BrowserToolbar(this, m_toolBar);
+    connect(m_commands, &BrowserToolbar::windowCommand, this, &frmBrowser::windowCommandRequested);
+    connect(m_commands, &BrowserToolbar::statusText, this, &frmBrowser::statusText);
 
-    addressBand = new QWidget(CoolBar1);
-    addressBand->setObjectName(QStringLiteral("Adress"));
-    auto *addressRow = new QHBoxLayout(addressBand);
+    m_addressBand = new QWidget(m_coolBar);
+    m_addressBand->setObjectName(QStringLiteral("Adress"));
+    auto *addressRow = new QHBoxLayout(m_addressBand);
     addressRow->setContentsMargins(0, 0, 0, 0);
-    cboAddress = new QComboBox(addressBand);
-    cboAddress->setEditable(true);
-    cboAddress->setInsertPolicy(QComboBox::NoInsert);
-    cboAddress->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    cboAddress->lineEdit()->installEventFilter(this);
-    cboAddress->lineEdit()->setAcceptDrops(true);
-    cboAddress->setAcceptDrops(true);
-    cboAddress->installEventFilter(this);
-    secureAction
-        = cboAddress->lineEdit()->addAction(LockIcon::make(false), QLineEdit::LeadingPosition);
-    secureAction->setToolTip(uiText(1400));
-    busy = new BusyIndicator(addressBand);
-    addressRow->addWidget(cboAddress, 1);
-    addressRow->addWidget(busy);
+    m_addressBox = new QComboBox(m_addressBand);
+    m_addressBox->setEditable(true);
+    m_addressBox->setInsertPolicy(QComboBox::NoInsert);
+    m_addressBox->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_addressBox->lineEdit()->installEventFilter(this);
+    m_addressBox->lineEdit()->setAcceptDrops(true);
+    m_addressBox->setAcceptDrops(true);
+    m_addressBox->installEventFilter(this);
+    m_secureAction
+        = m_addressBox->lineEdit()->addAction(LockIcon::make(false), QLineEdit::LeadingPosition);
+    m_secureAction->setToolTip(uiText(1400));
+    m_busy = new BusyIndicator(m_addressBand);
+    addressRow->addWidget(m_addressBox, 1);
+    addressRow->addWidget(m_busy);
     // Choosing an entry of the list navigates as Enter does.
-    connect(cboAddress, qOverload<int>(&QComboBox::activated), this, [this] { commitAddress(); });
+    connect(m_addressBox, qOverload<int>(&QComboBox::activated), this, [this] { commitAddress(); });
 
-    bars->addWidget(tbToolBar);
-    bars->addWidget(addressBand);
+    bars->addWidget(m_toolBar);
+    bars->addWidget(m_addressBand);
 }
 
 void frmBrowser::connectPage()
 {
-    connect(brwWebBrowser, &PageView::navigationRequested, this,
-        [this](const QUrl &url, bool mainFrame) {
-            if (!mainFrame)
-                return;
-            // Leaving the feed page, by whatever way, ends showing the feed.
-            if (!(url.scheme() == WebEngineSetup::schemeName() && url.host() == u"page"))
-                FeedSourceUrl.clear();
-            startBusyPoll();
-            LastRequestUrl = url.toString();
-        });
-    connect(brwWebBrowser, &PageView::loadStarted, this, &frmBrowser::startBusyPoll);
-    connect(brwWebBrowser, &PageView::urlChanged, this, &frmBrowser::onNavigateComplete);
-    connect(brwWebBrowser, &PageView::titleChanged, this, [this](const QString &title) {
+    connect(m_page, &PageView::navigationRequested, this, [this](const QUrl &url, bool mainFrame) {
+        if (!mainFrame)
+            return;
+        // Leaving the feed page, by whatever way, ends showing the feed.
+        if (!(url.scheme() == WebEngineSetup::schemeName() && url.host() == u"page"))
+            FeedSourceUrl.clear();
+        startBusyPoll();
+        LastRequestUrl = url.toString();
+    });
+    connect(m_page, &PageView::loadStarted, this, &frmBrowser::startBusyPoll);
+    connect(m_page, &PageView::urlChanged, this, &frmBrowser::onNavigateComplete);
+    connect(m_page, &PageView::titleChanged, this, [this](const QString &title) {
         Title = title;
         emit tabRefreshRequested();
     });
-    connect(brwWebBrowser, &PageView::linkHovered, this, &frmBrowser::statusText);
-    connect(brwWebBrowser, &PageView::loadFinished, this, [this](bool ok) {
+    connect(m_page, &PageView::linkHovered, this, &frmBrowser::statusText);
+    connect(m_page, &PageView::loadFinished, this, [this](bool ok) {
         updateSecureState(ok);
         const QString url = LocationURL();
         if (ok && !url.isEmpty())
@@ -129,16 +125,17 @@ void frmBrowser::connectPage()
         pollTick();
         CollectXmlFeed();
     });
-    connect(brwWebBrowser, &PageView::closeRequested, this, &frmBrowser::closeRequested);
-    connect(brwWebBrowser, &PageView::resizeRequested, this, &frmBrowser::resizeRequested);
-    connect(brwWebBrowser, &PageView::fullScreenRequested, this, [this](bool on) {
-        CoolBar1->setVisible(!on && (addressBarVisible() || toolbarVisible()));
+    connect(m_page, &PageView::closeRequested, this, &frmBrowser::closeRequested);
+    connect(m_page, &PageView::resizeRequested, this, &frmBrowser::resizeRequested);
+    connect(m_page, &PageView::fullScreenRequested, this, [this](bool on) {
+        m_coolBar->setVisible(!on && (addressBarVisible() || toolbarVisible()));
         emit fullScreenRequested(on);
     });
-    connect(brwWebBrowser, &PageView::permissionRequested, this, &frmBrowser::askPermission);
-    connect(brwWebBrowser, &PageView::certificateRejected, this,
+    connect(m_page, &PageView::permissionRequested, this, &frmBrowser::askPermission);
+    connect(m_page, &PageView::certificateRejected, this,
         [this](const QUrl &url, const QString &description) {
-            infoBar->showMessage(uiText(2020).arg(url.host() + QStringLiteral(": ") + description));
+            m_infoBar->showMessage(
+                uiText(2020).arg(url.host() + QStringLiteral(": ") + description));
         });
 }
 
@@ -162,12 +159,12 @@ void frmBrowser::askPermission(const QUrl &origin, PageView::Permission permissi
         what = 2027;
         break;
     case PageView::Permission::Other:
-        brwWebBrowser->answerPermission(origin, permission, false);
+        m_page->answerPermission(origin, permission, false);
         return;
     }
-    QPointer<PageView> view = brwWebBrowser;
+    QPointer<PageView> view = m_page;
     const QString site = origin.host().isEmpty() ? origin.toString() : origin.host();
-    infoBar->ask(uiText(2022).arg(site, uiText(what)), [view, origin, permission](bool granted) {
+    m_infoBar->ask(uiText(2022).arg(site, uiText(what)), [view, origin, permission](bool granted) {
         if (view)
             view->answerPermission(origin, permission, granted);
     });
@@ -175,7 +172,7 @@ void frmBrowser::askPermission(const QUrl &origin, PageView::Permission permissi
 
 bool frmBrowser::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == cboAddress->lineEdit() || watched == cboAddress) {
+    if (watched == m_addressBox->lineEdit() || watched == m_addressBox) {
         if (event->type() == QEvent::KeyPress) {
             const auto *key = static_cast<QKeyEvent *>(event);
             if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
@@ -198,7 +195,7 @@ bool frmBrowser::eventFilter(QObject *watched, QEvent *event)
                 text = data->urls().first().isLocalFile() ? data->urls().first().toLocalFile()
                                                           : data->urls().first().toString();
             if (!text.isEmpty()) {
-                cboAddress->setEditText(text);
+                m_addressBox->setEditText(text);
                 commitAddress();
             }
             static_cast<QDropEvent *>(event)->acceptProposedAction();
@@ -216,7 +213,7 @@ void frmBrowser::commitAddress()
     startBusyPoll();
     if (!isBrowserVisible())
         return;
-    const QString address = cboAddress->currentText().trimmed();
+    const QString address = m_addressBox->currentText().trimmed();
     if (address.isEmpty())
         return;
     Navigate(address);
@@ -227,7 +224,7 @@ void frmBrowser::Navigate(const QString &url)
     emit tabRefreshRequested();
     const QString target = url.isEmpty() ? StartUrl : url;
     // The engine's own address resolution decides what a bare host or a path means.
-    brwWebBrowser->load(QUrl::fromUserInput(target, QString(), QUrl::AssumeLocalFile));
+    m_page->load(QUrl::fromUserInput(target, QString(), QUrl::AssumeLocalFile));
 }
 
 void frmBrowser::onNavigateComplete(const QUrl &url)
@@ -236,11 +233,12 @@ void frmBrowser::onNavigateComplete(const QUrl &url)
     if (!location.isEmpty()) {
         // Most recently used first, no duplicates.
         AddressUpdating = true;
-        const int found = cboAddress->findText(location, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        const int found
+            = m_addressBox->findText(location, Qt::MatchExactly | Qt::MatchCaseSensitive);
         if (found >= 0)
-            cboAddress->removeItem(found);
-        cboAddress->insertItem(0, location);
-        cboAddress->setCurrentIndex(0);
+            m_addressBox->removeItem(found);
+        m_addressBox->insertItem(0, location);
+        m_addressBox->setCurrentIndex(0);
         AddressUpdating = false;
     }
     emit tabRefreshRequested();
@@ -248,19 +246,19 @@ void frmBrowser::onNavigateComplete(const QUrl &url)
 
 void frmBrowser::startBusyPoll()
 {
-    busy->reset();
-    timTimer->start();
+    m_busy->reset();
+    m_busyPoll->start();
 }
 
 void frmBrowser::pollTick()
 {
-    if (brwWebBrowser->isLoading()) {
-        busy->advance();
+    if (m_page->isLoading()) {
+        m_busy->advance();
         return;
     }
-    timTimer->stop();
-    busy->reset();
-    const QString title = brwWebBrowser->title();
+    m_busyPoll->stop();
+    m_busy->reset();
+    const QString title = m_page->title();
     if (!title.isEmpty() && title != Title) {
         Title = title;
         emit tabRefreshRequested();
@@ -269,27 +267,26 @@ void frmBrowser::pollTick()
         if (QAction *action = toolAction(QLatin1String(key)))
             action->setEnabled(true);
     }
-    m_commands->syncHistory();
 }
 
 void frmBrowser::updateSecureState(bool loaded)
 {
-    const QUrl url = brwWebBrowser->url();
+    const QUrl url = m_page->url();
     // Certificate errors are refused, so a loaded https page is a verified one.
     Secure = loaded && (url.scheme() == u"https" || url.scheme() == u"wss");
-    SecureLockIcon = Secure ? 5 : 0;
-    secureAction->setIcon(LockIcon::make(Secure));
-    secureAction->setToolTip(uiText(1400 + SecureLockIcon));
+    SecureLockIcon = Secure ? SecureLockLevel::Secure128Bit : SecureLockLevel::Unsecure;
+    m_secureAction->setIcon(LockIcon::make(Secure));
+    m_secureAction->setToolTip(uiText(1400 + int(SecureLockIcon)));
 }
 
 QString frmBrowser::LocationURL() const
 {
-    return brwWebBrowser->url().toString();
+    return m_page->url().toString();
 }
 
 QString frmBrowser::LocationName() const
 {
-    const QString title = brwWebBrowser->title();
+    const QString title = m_page->title();
     return title.isEmpty() ? LocationURL() : title;
 }
 
@@ -307,64 +304,30 @@ QAction *frmBrowser::toolAction(const QString &key) const
     return m_commands->entry(key);
 }
 
-MDIForm1 *frmBrowser::frame() const
+void frmBrowser::setHistoryAvailable(bool available)
 {
-    for (QWidget *parent = parentWidget(); parent; parent = parent->parentWidget()) {
-        if (auto *frame = qobject_cast<MDIForm1 *>(parent))
-            return frame;
-    }
-    return nullptr;
+    m_commands->setHistoryAvailable(available);
 }
 
-void frmBrowser::showEvent(QShowEvent *event)
+PageView *frmBrowser::openWindowFor(const PageView::NewWindowRequest &request, bool *keepOpener)
 {
-    QWidget::showEvent(event);
-    attachToFrame();
-}
-
-void frmBrowser::attachToFrame()
-{
-    MDIForm1 *owner = frame();
-    if (m_attached || !owner)
-        return;
-    m_attached = true;
-    connect(owner, &MDIForm1::historyChanged, m_commands, &BrowserToolbar::syncHistory);
-    m_commands->syncHistory();
-}
-
-void frmBrowser::routeFeedItemWindows()
-{
-    const PageView::NewWindowHandler frameHandler = brwWebBrowser->newWindowHandler();
-    if (m_routing || !frameHandler)
-        return;
-    m_routing = true;
     // Each item of a feed page opens in the window named after it ("frm" + its number)
     // and shows there again while that window is open. When pages keep a reference to
     // their windows the engine finds the named window itself; without one it cannot, so
     // the names of the item windows are kept here as well.
-    QPointer<frmBrowser> self = this;
-    brwWebBrowser->setNewWindowHandler([self, frameHandler](
-                                           const PageView::NewWindowRequest &request,
-                                           bool *keepOpener) -> PageView * {
-        const QString name = self && !self->FeedSourceUrl.isEmpty() && self->m_feedLoader
-            ? self->m_feedLoader->targetOf(request.url)
-            : QString();
-        if (name.isEmpty())
-            return frameHandler(request, keepOpener);
-        if (frmBrowser *named = self->m_itemWindows.value(name)) {
-            named->FeedSourceUrl.clear();
-            named->Navigate(request.url.toString());
-            MDIForm1 *owner = named->frame();
-            auto *sub = qobject_cast<QMdiSubWindow *>(named->parentWidget());
-            if (owner && sub && !owner->policy.AllowWinInBack)
-                owner->mdiArea()->setActiveSubWindow(sub);
-            return nullptr;
-        }
-        PageView *created = frameHandler(request, keepOpener);
-        if (auto *window = created ? qobject_cast<frmBrowser *>(created->parentWidget()) : nullptr)
-            self->m_itemWindows.insert(name, window);
-        return created;
-    });
+    const QString name = !FeedSourceUrl.isEmpty() && m_feedLoader
+        ? m_feedLoader->targetOf(request.url)
+        : QString();
+    if (frmBrowser *named = name.isEmpty() ? nullptr : m_itemWindows.value(name)) {
+        named->FeedSourceUrl.clear();
+        named->Navigate(request.url.toString());
+        emit named->activationRequested();
+        return nullptr;
+    }
+    frmBrowser *created = m_windowOpener ? m_windowOpener(request, keepOpener) : nullptr;
+    if (created && !name.isEmpty())
+        m_itemWindows.insert(name, created);
+    return created ? created->page() : nullptr;
 }
 
 void frmBrowser::CollectXmlFeed()
@@ -372,7 +335,7 @@ void frmBrowser::CollectXmlFeed()
     const quint64 request = ++m_feedRequest;
     const QString pageUrl = LocationURL();
     QPointer<frmBrowser> self = this;
-    brwWebBrowser->linkElements([self, request, pageUrl](const QList<QStringList> &links) {
+    m_page->linkElements([self, request, pageUrl](const QList<QStringList> &links) {
         // Only the answer for the page shown now counts.
         if (!self || request != self->m_feedRequest)
             return;
@@ -385,7 +348,7 @@ void frmBrowser::CollectXmlFeed()
 void frmBrowser::LoadFeed(const QString &url)
 {
     if (!m_feedLoader) {
-        m_feedLoader = new FeedLoader(brwWebBrowser, this);
+        m_feedLoader = new FeedLoader(m_page, this);
         connect(m_feedLoader, &FeedLoader::shown, this, [this](const QString &feedUrl) {
             FeedSourceUrl = feedUrl;
             emit feedShown(feedUrl);
@@ -405,35 +368,35 @@ void frmBrowser::showFindBar()
 
 bool frmBrowser::addressBarVisible() const
 {
-    return !addressBand->isHidden();
+    return !m_addressBand->isHidden();
 }
 
 bool frmBrowser::toolbarVisible() const
 {
-    return !tbToolBar->isHidden();
+    return !m_toolBar->isHidden();
 }
 
 void frmBrowser::setAddressBarVisible(bool visible)
 {
-    addressBand->setVisible(visible);
-    CoolBar1->setVisible(addressBarVisible() || toolbarVisible());
+    m_addressBand->setVisible(visible);
+    m_coolBar->setVisible(addressBarVisible() || toolbarVisible());
 }
 
 void frmBrowser::setToolbarVisible(bool visible)
 {
-    tbToolBar->setVisible(visible);
-    CoolBar1->setVisible(addressBarVisible() || toolbarVisible());
+    m_toolBar->setVisible(visible);
+    m_coolBar->setVisible(addressBarVisible() || toolbarVisible());
 }
 
 bool frmBrowser::isBrowserVisible() const
 {
-    return !brwWebBrowser->isHidden();
+    return !m_page->isHidden();
 }
 
 void frmBrowser::focusAddress()
 {
     if (!addressBarVisible())
         setAddressBarVisible(true);
-    cboAddress->lineEdit()->selectAll();
-    cboAddress->setFocus(Qt::ShortcutFocusReason);
+    m_addressBox->lineEdit()->selectAll();
+    m_addressBox->setFocus(Qt::ShortcutFocusReason);
 }

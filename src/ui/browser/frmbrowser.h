@@ -2,30 +2,46 @@
 
 #include "core/feeds/feedlist.h"
 #include "engine/pageview.h"
+#include "ui/browser/windowcommand.h"
 
 #include <QHash>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 class BrowserToolbar;
 class BusyIndicator;
 class FeedLoader;
 class FindBar;
 class InfoBar;
-class MDIForm1;
 class QComboBox;
 class QTimer;
 class QToolBar;
 class QAction;
 
-// One browser window: a page view with its own address bar and toolbar.
+// The security state of the shown page, from unsecured to the strongest encryption;
+// each level has its text (1400 + level).
+enum class SecureLockLevel : qint16 {
+    Unsecure = 0,
+    Mixed = 1,
+    Secure = 2,
+    Secure40Bit = 3,
+    Secure56Bit = 4,
+    Secure128Bit = 5,
+};
+
+// One browser window: a page view with its own address bar and toolbar. It knows
+// nothing of the frame that holds it: it asks by signals, and the frame answers
+// through the few setters below.
 class frmBrowser final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit frmBrowser(QWidget *parent = nullptr);
+    // `startUrl` is where Navigate goes when it is given no address.
+    explicit frmBrowser(const QString &startUrl, QWidget *parent = nullptr);
     ~frmBrowser() override;
 
     // Registry data, set by the frame.
@@ -40,7 +56,7 @@ public:
     QString FeedSourceUrl;
     bool AddressUpdating = false;
     bool Secure = false;
-    qint16 SecureLockIcon = 0;
+    SecureLockLevel SecureLockIcon = SecureLockLevel::Unsecure;
     qint16 ZoomFactor = 100;
     QString StartUrl;
 
@@ -74,14 +90,18 @@ public:
     bool isBrowserVisible() const;
     void focusAddress();
 
-    PageView *page() const { return brwWebBrowser; }
-    QComboBox *addressBox() const { return cboAddress; }
-    QToolBar *toolBar() const { return tbToolBar; }
+    PageView *page() const { return m_page; }
+    QComboBox *addressBox() const { return m_addressBox; }
+    QToolBar *toolBar() const { return m_toolBar; }
     // A toolbar button or, failing that, a drop-down entry by its key.
     QAction *toolAction(const QString &key) const;
     BrowserToolbar *commands() const { return m_commands; }
-    // The frame this window lives in, once it has been placed there.
-    MDIForm1 *frame() const;
+
+    // Opens the window a page of this window asks for, or refuses it (nullptr). When
+    // *keepOpener is left true the new page keeps its reference to this one.
+    using WindowOpener
+        = std::function<frmBrowser *(const PageView::NewWindowRequest &, bool *keepOpener)>;
+    void setWindowOpener(WindowOpener opener) { m_windowOpener = std::move(opener); }
 
     // Feeds the page announces, collected after every completed load.
     void CollectXmlFeed();
@@ -94,7 +114,16 @@ public:
     void showFindBar();
     FindBar *findBar() const { return m_findBar; }
 
+public slots:
+    // Whether the history holds an entry ("history" is enabled only then).
+    void setHistoryAvailable(bool available);
+
 signals:
+    // A toolbar command that acts on other windows, for the frame to run.
+    void windowCommandRequested(WindowCommand command);
+    // A page shows something anew in this window (a feed item opened again): the frame
+    // brings it forward as it would a window that a page opens.
+    void activationRequested();
     // The window's title or address changed: the frame refreshes its tab.
     void tabRefreshRequested();
     void historyEntry(const QString &url, const QString &title);
@@ -109,7 +138,6 @@ signals:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
 
 private:
     void buildBars();
@@ -120,24 +148,23 @@ private:
     void onNavigateComplete(const QUrl &url);
     void updateSecureState(bool loaded);
     void askPermission(const QUrl &origin, PageView::Permission permission);
-    void attachToFrame();
-    void routeFeedItemWindows();
+    PageView *openWindowFor(const PageView::NewWindowRequest &request, bool *keepOpener);
 
-    PageView *brwWebBrowser = nullptr;
-    QWidget *CoolBar1 = nullptr;
-    QWidget *addressBand = nullptr;
-    QComboBox *cboAddress = nullptr;
-    QToolBar *tbToolBar = nullptr;
-    QAction *secureAction = nullptr;
-    BusyIndicator *busy = nullptr;
-    InfoBar *infoBar = nullptr;
-    QTimer *timTimer = nullptr;
+    PageView *m_page = nullptr;
+    QWidget *m_coolBar = nullptr;
+    QWidget *m_addressBand = nullptr;
+    QComboBox *m_addressBox = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    QAction *m_secureAction = nullptr;
+    BusyIndicator *m_busy = nullptr;
+    InfoBar *m_infoBar = nullptr;
+    QTimer *m_busyPoll = nullptr;
     BrowserToolbar *m_commands = nullptr;
     FindBar *m_findBar = nullptr;
     FeedLoader *m_feedLoader = nullptr;
     FeedList m_feeds;
     quint64 m_feedRequest = 0;
-    bool m_attached = false;
-    bool m_routing = false;
+    WindowOpener m_windowOpener;
+    // The windows of a feed page's items, by the window name of each item.
     QHash<QString, QPointer<frmBrowser>> m_itemWindows;
 };

@@ -10,7 +10,6 @@
 
 #include <QAction>
 #include <QDesktopServices>
-#include <QEventLoop>
 #include <QFileDialog>
 #include <QPointer>
 #include <QPrintDialog>
@@ -19,6 +18,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrlQuery>
+
+#include <memory>
 
 void frmBrowser::GoBack()
 {
@@ -34,8 +35,8 @@ void frmBrowser::GoForward()
 
 void frmBrowser::Stop()
 {
-    timTimer->stop();
-    busy->reset();
+    m_busyPoll->stop();
+    m_busy->reset();
     if (m_feedLoader)
         m_feedLoader->abort();
     if (page()->isLoading())
@@ -80,13 +81,12 @@ void frmBrowser::WebPrint()
 {
     if (LocationURL().isEmpty())
         return;
-    auto *printer = new QPrinter(QPrinter::HighResolution);
-    QPrintDialog dialog(printer, this);
-    if (dialog.exec() != QDialog::Accepted) {
-        delete printer;
+    auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    QPrintDialog dialog(printer.get(), this);
+    if (dialog.exec() != QDialog::Accepted)
         return;
-    }
-    page()->print(printer, [printer](bool) { delete printer; });
+    // The view frees the printer, even when the window closes before the engine is done.
+    page()->print(std::move(printer));
 }
 
 void frmBrowser::WebPrintPreview()
@@ -95,12 +95,9 @@ void frmBrowser::WebPrintPreview()
         return;
     QPrinter printer(QPrinter::HighResolution);
     QPrintPreviewDialog preview(&printer, this);
-    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter *target) {
-        // The preview paints synchronously; the engine prints asynchronously.
-        QEventLoop loop;
-        page()->print(target, [&loop](bool) { loop.quit(); });
-        loop.exec();
-    });
+    // The preview paints synchronously; the view waits for the engine.
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
+        [this](QPrinter *target) { page()->printInto(target); });
     preview.exec();
 }
 

@@ -93,11 +93,8 @@ void FrameMenus::buildFileMenu()
     add(menu, QStringLiteral("mn_HomeBrowser"), 201, [this] {
         m_frame->NewBrowser();
     })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
-    add(menu, QStringLiteral("mn_BrowserBlank"), 209, [this] {
-        m_frame->StartAddressOverride = QStringLiteral("about:blank");
-        m_frame->NewBrowser();
-        m_frame->StartAddressOverride.clear();
-    });
+    add(menu, QStringLiteral("mn_BrowserBlank"), 209,
+        [this] { m_frame->NewBrowser(QString(), QStringLiteral("about:blank")); });
     menu->addSeparator();
     add(menu, QStringLiteral("mn_save"), 205, [this] {
         withActive([](frmBrowser *w) { w->WebSave(); });
@@ -169,11 +166,14 @@ void FrameMenus::buildWindowMenu()
     m_windowMenu = m_frame->menuBar()->addMenu(uiText(400));
     QMenu *menu = m_windowMenu;
     add(
-        menu, QStringLiteral("mn_Kaskadiert"), 403, [this] { m_frame->Arrange(0); }, true);
+        menu, QStringLiteral("mn_Kaskadiert"), 403,
+        [this] { m_frame->Arrange(MDIForm1::Arrangement::Cascade); }, true);
     add(
-        menu, QStringLiteral("mn_Untereinander"), 401, [this] { m_frame->Arrange(1); }, true);
+        menu, QStringLiteral("mn_Untereinander"), 401,
+        [this] { m_frame->Arrange(MDIForm1::Arrangement::OneBelowAnother); }, true);
     add(
-        menu, QStringLiteral("mn_Nebeneinander"), 402, [this] { m_frame->Arrange(2); }, true);
+        menu, QStringLiteral("mn_Nebeneinander"), 402,
+        [this] { m_frame->Arrange(MDIForm1::Arrangement::SideBySide); }, true);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Anordnung_save"), 404, [this] {
         const QString path = QFileDialog::getSaveFileName(
@@ -220,32 +220,23 @@ void FrameMenus::buildWindowMenu()
             w->Refresh();
     });
     menu->addSeparator();
+    using Switch = NewWindowPolicy::Switch;
+    const auto flip
+        = [this](Switch which) { m_frame->setPolicySwitch(which, !m_frame->policy().isOn(which)); };
     add(
         menu, QStringLiteral("mn_EnablePopup"), 412,
-        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), true); }, true);
+        [this] { m_frame->setPolicySwitch(Switch::AllowOpenWin, true); }, true);
     add(
         menu, QStringLiteral("mn_DisablePopup"), 413,
-        [this] { m_frame->setPolicySwitch(QStringLiteral("AllowOpenWin"), false); }, true);
+        [this] { m_frame->setPolicySwitch(Switch::AllowOpenWin, false); }, true);
     add(
-        menu, QStringLiteral("mn_PopupToBack"), 414,
-        [this] {
-            m_frame->setPolicySwitch(
-                QStringLiteral("AllowWinInBack"), !m_frame->policy.AllowWinInBack);
-        },
+        menu, QStringLiteral("mn_PopupToBack"), 414, [flip] { flip(Switch::AllowWinInBack); },
         true);
     add(
-        menu, QStringLiteral("mn_PopupResize"), 415,
-        [this] {
-            m_frame->setPolicySwitch(
-                QStringLiteral("AllowResizeWin"), !m_frame->policy.AllowResizeWin);
-        },
+        menu, QStringLiteral("mn_PopupResize"), 415, [flip] { flip(Switch::AllowResizeWin); },
         true);
     add(
-        menu, QStringLiteral("mn_PopupReferenz"), 420,
-        [this] {
-            m_frame->setPolicySwitch(QStringLiteral("AllowWinRef"), !m_frame->policy.AllowWinRef);
-        },
-        true);
+        menu, QStringLiteral("mn_PopupReferenz"), 420, [flip] { flip(Switch::AllowWinRef); }, true);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_ClosePopups"), 426, [this] { m_frame->ClosePopups(); });
     add(menu, QStringLiteral("mn_CloseAllOtherWin"), 422,
@@ -258,9 +249,11 @@ void FrameMenus::buildWindowMenu()
     menu->addSeparator();
     add(menu, QStringLiteral("mn_FirstWindow"), 416,
         [this] { m_frame->activateWindowAt(0, false); });
-    add(menu, QStringLiteral("mn_PreviousWindow"), 417, [this] {
-        m_frame->activateWindowAt(-1, true);
-    })->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab));
+    // Shift+Tab arrives as Backtab; the menu shows the keys as users know them.
+    add(menu, QStringLiteral("mn_PreviousWindow"), 417,
+        [this] { m_frame->activateWindowAt(-1, true); })
+        ->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
+            QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab)});
     add(menu, QStringLiteral("mn_NextWindow"), 418, [this] {
         m_frame->activateWindowAt(1, true);
     })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
@@ -400,14 +393,16 @@ void FrameMenus::syncChecks()
         {QStringLiteral("mn_RegisterUnten"), p.TabAlign() != 1},
         {QStringLiteral("mn_RegisterButton"), p.TabButton() != 0},
         {QStringLiteral("mn_RegisterTabs"), p.TabButton() == 0},
-        {QStringLiteral("mn_EnablePopup"), m_frame->policy.AllowOpenWin},
-        {QStringLiteral("mn_DisablePopup"), !m_frame->policy.AllowOpenWin},
-        {QStringLiteral("mn_PopupToBack"), m_frame->policy.AllowWinInBack},
-        {QStringLiteral("mn_PopupResize"), m_frame->policy.AllowResizeWin},
-        {QStringLiteral("mn_PopupReferenz"), m_frame->policy.AllowWinRef},
-        {QStringLiteral("mn_Kaskadiert"), m_frame->arrangement() == 0},
-        {QStringLiteral("mn_Untereinander"), m_frame->arrangement() == 1},
-        {QStringLiteral("mn_Nebeneinander"), m_frame->arrangement() == 2},
+        {QStringLiteral("mn_EnablePopup"), m_frame->policy().AllowOpenWin},
+        {QStringLiteral("mn_DisablePopup"), !m_frame->policy().AllowOpenWin},
+        {QStringLiteral("mn_PopupToBack"), m_frame->policy().AllowWinInBack},
+        {QStringLiteral("mn_PopupResize"), m_frame->policy().AllowResizeWin},
+        {QStringLiteral("mn_PopupReferenz"), m_frame->policy().AllowWinRef},
+        {QStringLiteral("mn_Kaskadiert"), m_frame->arrangement() == MDIForm1::Arrangement::Cascade},
+        {QStringLiteral("mn_Untereinander"),
+            m_frame->arrangement() == MDIForm1::Arrangement::OneBelowAnother},
+        {QStringLiteral("mn_Nebeneinander"),
+            m_frame->arrangement() == MDIForm1::Arrangement::SideBySide},
     };
     for (auto it = checked.cbegin(); it != checked.cend(); ++it) {
         m_actions.value(it.key())->setChecked(it.value());
@@ -417,9 +412,9 @@ void FrameMenus::syncChecks()
     // Background and size apply only while pages may open windows at all.
     for (const char *dependent : {"mn_PopupToBack", "mn_PopupResize"}) {
         const QString name = QLatin1String(dependent);
-        m_actions.value(name)->setEnabled(m_frame->policy.AllowOpenWin);
+        m_actions.value(name)->setEnabled(m_frame->policy().AllowOpenWin);
         for (const QString &copy : m_copies.value(name))
-            m_actions.value(copy)->setEnabled(m_frame->policy.AllowOpenWin);
+            m_actions.value(copy)->setEnabled(m_frame->policy().AllowOpenWin);
     }
 }
 

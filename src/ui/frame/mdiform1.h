@@ -2,11 +2,14 @@
 
 #include "core/browsing/newwindowpolicy.h"
 #include "core/model/historyitem.h"
+#include "ui/browser/windowcommand.h"
 
 #include <QHash>
 #include <QList>
 #include <QMainWindow>
 #include <QPointer>
+
+#include <optional>
 
 class FrameMenus;
 class QLabel;
@@ -26,10 +29,18 @@ public:
     explicit MDIForm1(QWidget *parent = nullptr);
     ~MDIForm1() override;
 
-    // Window registry.
-    frmBrowser *CreateBrowser(const QString &kind);
-    frmBrowser *NewBrowser();
-    frmBrowser *OpenNewBrowser(const QString &address);
+    // "MDI": a window the user or the program opens; "MDIChild": one a page opened,
+    // marked as a popup.
+    enum class BrowserKind { MDI, MDIChild };
+
+    // Window registry. A window's start address is the home page unless one is given.
+    frmBrowser *CreateBrowser(BrowserKind kind, const QString &startAddress = QString());
+    // A new window on the address, or on its start address when the address is empty.
+    frmBrowser *NewBrowser(
+        const QString &address = QString(), const QString &startAddress = QString());
+    frmBrowser *OpenNewBrowser(const QString &address) { return NewBrowser(address); }
+    // A new window on the start page, rendered as a feed when the home title says so.
+    frmBrowser *OpenStartPage();
     void CreateTab(int number, const QString &caption);
     void UpdateTab(const QString &title, int number);
     void RemoveTab(int number);
@@ -54,13 +65,16 @@ public:
     void SetTabAlign(qint16 align);
     void SetTabButton(bool buttons);
 
-    // Child window arrangement: 0 cascade, 1 one below another, 2 side by side.
-    void Arrange(int code);
-    int arrangement() const { return m_arrangement; }
+    // Child window arrangement.
+    enum class Arrangement { Cascade, OneBelowAnother, SideBySide };
+    void Arrange(Arrangement arrangement);
+    // The arrangement chosen last, if any.
+    std::optional<Arrangement> arrangement() const { return m_arrangement; }
 
-    // New-window switches.
-    NewWindowPolicy policy;
-    void setPolicySwitch(const QString &name, bool on);
+    // New-window switches. Setting one from the menu also stores it in the preferences.
+    const NewWindowPolicy &policy() const { return m_policy; }
+    void setPolicy(const NewWindowPolicy &policy);
+    void setPolicySwitch(NewWindowPolicy::Switch which, bool on);
 
     // History of this run, newest last.
     void AddToHistory(const QString &url, const QString &title);
@@ -77,8 +91,6 @@ public:
     FrameMenus *menus() const { return m_menus; }
 
     // Applied by start-up from the preferences.
-    QString PendingAddress;
-    QString StartAddressOverride;
     bool AddressBarDefault = true;
     bool ToolbarDefault = true;
     bool SecondInstance = false;
@@ -99,7 +111,9 @@ private:
     void layoutTabStrip();
     void EmptyState();
     void wireBrowser(frmBrowser *window, QMdiSubWindow *sub);
-    frmBrowser *openPageWindow(frmBrowser *opener, bool *keepOpener);
+    void runWindowCommand(frmBrowser *window, WindowCommand command);
+    frmBrowser *openPageWindow(bool userInitiated, bool *keepOpener);
+    void closeAllFrom(frmBrowser *last);
     void setFullScreen(bool on);
     QMdiSubWindow *subWindowOf(const frmBrowser *window) const;
 
@@ -113,7 +127,8 @@ private:
     int m_windowCounter = 0;
     int m_openWindowCount = 0;
     int m_popupCount = 0;
-    int m_arrangement = -1;
+    std::optional<Arrangement> m_arrangement;
+    NewWindowPolicy m_policy;
     QString m_currentKey;
     QList<HistoryItem> m_history;
     bool m_unloaded = false;

@@ -6,10 +6,10 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-void MDIForm1::Arrange(int code)
+void MDIForm1::Arrange(Arrangement arrangement)
 {
-    m_arrangement = code;
-    if (code == 0) {
+    m_arrangement = arrangement;
+    if (arrangement == Arrangement::Cascade) {
         m_mdi->cascadeSubWindows();
     } else {
         // One below another: full width, equal heights; side by side: full
@@ -26,7 +26,7 @@ void MDIForm1::Arrange(int code)
             if (sub->isMaximized())
                 sub->showNormal();
             QRect cell;
-            if (code == 1) {
+            if (arrangement == Arrangement::OneBelowAnother) {
                 const int top = area.height() * i / count;
                 cell = QRect(0, top, area.width(), area.height() * (i + 1) / count - top);
             } else {
@@ -39,21 +39,29 @@ void MDIForm1::Arrange(int code)
     m_menus->syncChecks();
 }
 
-void MDIForm1::setPolicySwitch(const QString &name, bool on)
+void MDIForm1::setPolicy(const NewWindowPolicy &policy)
 {
+    m_policy = policy;
+    m_menus->syncChecks();
+}
+
+void MDIForm1::setPolicySwitch(NewWindowPolicy::Switch which, bool on)
+{
+    m_policy.set(which, on);
     const qint16 flag = on ? -1 : 0;
-    if (name == u"AllowOpenWin") {
-        policy.AllowOpenWin = on;
+    switch (which) {
+    case NewWindowPolicy::Switch::AllowOpenWin:
         prefer().setAllowOpenWin(flag);
-    } else if (name == u"AllowWinInBack") {
-        policy.AllowWinInBack = on;
+        break;
+    case NewWindowPolicy::Switch::AllowWinInBack:
         prefer().setAllowWinInBack(flag);
-    } else if (name == u"AllowResizeWin") {
-        policy.AllowResizeWin = on;
+        break;
+    case NewWindowPolicy::Switch::AllowResizeWin:
         prefer().setAllowResizeWin(flag);
-    } else if (name == u"AllowWinRef") {
-        policy.AllowWinRef = on;
+        break;
+    case NewWindowPolicy::Switch::AllowWinRef:
         prefer().setAllowWinRef(flag);
+        break;
     }
     m_menus->syncChecks();
 }

@@ -1,25 +1,27 @@
 // The frame's window registry: every browser window has the key "[n]" in the
 // collection and on its tab, and both are added and removed together.
 #include "core/base/appinfo.h"
+#include "core/base/feedmark.h"
 #include "core/browsing/usercommand.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
+#include "ui/frame/openalllinks.h"
 #include "ui/frame/tabstrip.h"
 
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-frmBrowser *MDIForm1::CreateBrowser(const QString &kind)
+frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddress)
 {
-    Q_UNUSED(kind); // "MDI" and "MDIChild" windows are made alike; the caller marks popups
-    auto *window = new frmBrowser;
-    if (!PendingAddress.isEmpty())
-        window->StartUrl = prefer().HomeUrl().trimmed();
+    auto *window
+        = new frmBrowser(startAddress.isEmpty() ? prefer().HomeUrl().trimmed() : startAddress);
     window->setAddressBarVisible(AddressBarDefault);
     window->setToolbarVisible(ToolbarDefault);
+    window->IsPopup = kind == BrowserKind::MDIChild;
+    window->OpenedByPage = kind == BrowserKind::MDIChild;
 
     ++m_windowCounter;
     const QString key = TabStrip::keyOf(m_windowCounter);
@@ -40,6 +42,8 @@ frmBrowser *MDIForm1::CreateBrowser(const QString &kind)
     return window;
 }
 
+// Everything a window asks of the frame, and everything the frame tells a window,
+// is connected here.
 void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
 {
     const int number = window->ID;
@@ -54,43 +58,68 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
             setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
     });
     connect(window, &frmBrowser::historyEntry, this, &MDIForm1::AddToHistory);
+    window->setHistoryAvailable(!m_history.isEmpty());
+    connect(this, &MDIForm1::historyChanged, window,
+        [this, window] { window->setHistoryAvailable(!m_history.isEmpty()); });
     connect(window, &frmBrowser::statusText, this, &MDIForm1::setStatusText);
+    connect(window, &frmBrowser::windowCommandRequested, this,
+        [this, window](WindowCommand command) { runWindowCommand(window, command); });
+    connect(window, &frmBrowser::activationRequested, this, [this, sub] {
+        if (!m_policy.AllowWinInBack)
+            m_mdi->setActiveSubWindow(sub);
+    });
     // A page that closes itself closes its window through the registry.
     connect(window, &frmBrowser::closeRequested, sub, &QMdiSubWindow::close, Qt::QueuedConnection);
     connect(window, &frmBrowser::fullScreenRequested, this, &MDIForm1::setFullScreen);
     connect(window, &frmBrowser::resizeRequested, this, [this, window, sub](const QSize &size) {
         // Pages may size their window when allowed; they may never move it.
-        if (!policy.AllowResizeWin || sub->isMaximized() || !size.isValid())
+        if (!m_policy.maySize(sub->isMaximized()) || !size.isValid())
             return;
         const QSize chrome = sub->size() - window->page()->size();
         sub->resize(size + chrome);
     });
-    window->page()->setNewWindowHandler(
-        [this, window](const PageView::NewWindowRequest &request, bool *keepOpener) {
-            // A click of the user in the page is a new command of the user: a
-            // toolbar command before it no longer holds the page's windows back.
-            if (request.userInitiated)
-                UserCommandPending = 0;
-            frmBrowser *created = openPageWindow(window, keepOpener);
-            return created ? created->page() : nullptr;
-        });
+    window->setWindowOpener([this](const PageView::NewWindowRequest &request, bool *keepOpener) {
+        return openPageWindow(request.userInitiated, keepOpener);
+    });
 }
 
-frmBrowser *MDIForm1::openPageWindow(frmBrowser *opener, bool *keepOpener)
+void MDIForm1::runWindowCommand(frmBrowser *window, WindowCommand command)
 {
-    Q_UNUSED(opener);
-    const NewWindowPolicy::Decision decision = policy.decide(UserCommandPending);
-    if (decision == NewWindowPolicy::Decision::Refuse)
+    switch (command) {
+    case WindowCommand::Clone:
+        CloneActive();
+        break;
+    case WindowCommand::Start:
+        OpenStartPage();
+        break;
+    case WindowCommand::StartBlank:
+        NewBrowser(QString(), QStringLiteral("about:blank"));
+        break;
+    case WindowCommand::OpenAllLinks:
+        m_menus->openAllLinks()->run(window);
+        break;
+    case WindowCommand::ClosePopups:
+        ClosePopups();
+        break;
+    case WindowCommand::CloseAll:
+        closeAllFrom(window);
+        break;
+    case WindowCommand::CloseOthers:
+        CloseOtherBrowsers(window);
+        break;
+    }
+}
+
+frmBrowser *MDIForm1::openPageWindow(bool userInitiated, bool *keepOpener)
+{
+    const NewWindowPolicy::Decision decision = m_policy.decide(userInitiated, UserCommandPending);
+    if (decision.placement == NewWindowPolicy::Placement::Refuse)
         return nullptr;
     QMdiSubWindow *previous = m_mdi->activeSubWindow();
-    frmBrowser *window = CreateBrowser(QStringLiteral("MDIChild"));
-    if (!window)
-        return nullptr;
-    window->IsPopup = true;
-    window->OpenedByPage = true;
+    frmBrowser *window = CreateBrowser(BrowserKind::MDIChild);
     ++m_popupCount;
-    *keepOpener = policy.AllowWinRef;
-    if (decision == NewWindowPolicy::Decision::OpenBehind && previous) {
+    *keepOpener = decision.keepOpener;
+    if (decision.placement == NewWindowPolicy::Placement::Behind && previous) {
         m_mdi->setActiveSubWindow(previous);
         if (QMdiSubWindow *sub = subWindowOf(window); sub && !sub->isMaximized())
             sub->lower();
@@ -98,20 +127,19 @@ frmBrowser *MDIForm1::openPageWindow(frmBrowser *opener, bool *keepOpener)
     return window;
 }
 
-frmBrowser *MDIForm1::NewBrowser()
+frmBrowser *MDIForm1::NewBrowser(const QString &address, const QString &startAddress)
 {
-    frmBrowser *window = CreateBrowser(QStringLiteral("MDI"));
-    if (!StartAddressOverride.isEmpty())
-        window->StartUrl = StartAddressOverride;
-    window->Navigate(PendingAddress);
+    frmBrowser *window = CreateBrowser(BrowserKind::MDI, startAddress);
+    window->Navigate(address);
     return window;
 }
 
-frmBrowser *MDIForm1::OpenNewBrowser(const QString &address)
+frmBrowser *MDIForm1::OpenStartPage()
 {
-    PendingAddress = address;
-    frmBrowser *window = NewBrowser();
-    PendingAddress.clear();
+    if (!FeedMark::isFeedTitle(prefer().HomeTitle()))
+        return NewBrowser();
+    frmBrowser *window = CreateBrowser(BrowserKind::MDI);
+    window->LoadFeed(prefer().HomeUrl().trimmed());
     return window;
 }
 
@@ -200,8 +228,8 @@ void MDIForm1::ClosePopups()
         return;
     m_closingPopups = true;
     // No closing page may open a window while the sweep runs.
-    const bool allowed = policy.AllowOpenWin;
-    policy.AllowOpenWin = false;
+    const bool allowed = m_policy.AllowOpenWin;
+    m_policy.AllowOpenWin = false;
     for (frmBrowser *window : browsers()) {
         if (window->IsPopup) {
             if (QMdiSubWindow *sub = subWindowOf(window))
@@ -212,9 +240,17 @@ void MDIForm1::ClosePopups()
     // refused; once the pages are gone they can send no more.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    policy.AllowOpenWin = allowed;
+    m_policy.AllowOpenWin = allowed;
     m_popupCount = 0;
     m_closingPopups = false;
+}
+
+void MDIForm1::closeAllFrom(frmBrowser *last)
+{
+    CloseOtherBrowsers(last);
+    TabSync();
+    if (QMdiSubWindow *sub = subWindowOf(last))
+        sub->close();
 }
 
 void MDIForm1::CloseOtherBrowsers(frmBrowser *keep)

@@ -1,7 +1,7 @@
 #include "ui/frame/openalllinks.h"
 
 #include "core/base/uitexts.h"
-#include "core/model/uniqsortstrcollection.h"
+#include "core/browsing/linkstoopen.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 
@@ -9,7 +9,6 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
-#include <QUrl>
 
 #include <utility>
 
@@ -17,16 +16,6 @@ OpenAllLinks::OpenAllLinks(MDIForm1 *frame)
     : QObject(frame)
     , m_frame(frame)
 { }
-
-QString OpenAllLinks::noticeText(int count)
-{
-    // The first text ends in two carriage returns, the dialog's paragraph break.
-    QString text = uiText(1116);
-    text.replace(QStringLiteral("%n"), QString::number(count));
-    text += uiText(1117);
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
-    return text;
-}
 
 bool OpenAllLinks::askUser(const QString &message, bool *showAgain)
 {
@@ -39,29 +28,6 @@ bool OpenAllLinks::askUser(const QString &message, bool *showAgain)
     const bool yes = box.exec() == QMessageBox::Yes;
     *showAgain = again->isChecked();
     return yes;
-}
-
-QStringList OpenAllLinks::addressesFrom(const QList<QStringList> &anchors)
-{
-    UniqSortStrCollection links;
-    // Addresses differing only in letter case are different addresses.
-    links.FindString(QString(), 1);
-    for (const QStringList &anchor : anchors) {
-        const QString address = anchor.value(0).trimmed();
-        if (address.startsWith(QStringLiteral("javascript:"), Qt::CaseInsensitive)
-            || address.startsWith(QStringLiteral("mailto:"), Qt::CaseInsensitive))
-            continue;
-        // A "#" link to a place in the document that holds it.
-        const QUrl target(address);
-        const QUrl document(anchor.value(2));
-        if (anchor.value(1).trimmed().startsWith(u'#')
-            || (target.hasFragment()
-                && target.adjusted(QUrl::RemoveFragment)
-                    == document.adjusted(QUrl::RemoveFragment)))
-            continue;
-        links.Add(address);
-    }
-    return links.SortedStrCollection();
 }
 
 void OpenAllLinks::run(frmBrowser *window)
@@ -78,12 +44,12 @@ void OpenAllLinks::run(frmBrowser *window)
             emit self->finished(0);
             return;
         }
-        const QStringList addresses = addressesFrom(links.anchors);
-        const int windows = int(self->m_frame->browsers().size());
-        if (!addresses.isEmpty() && windows + addresses.size() >= NoticeThreshold
-            && self->m_noticeSwitch) {
+        const QStringList addresses = LinksToOpen::select(links.anchors);
+        const int count = int(addresses.size());
+        if (LinksToOpen::needsNotice(
+                int(self->m_frame->browsers().size()), count, self->m_noticeSwitch)) {
             bool showAgain = self->m_noticeSwitch;
-            const bool yes = self->m_confirm(noticeText(int(addresses.size())), &showAgain);
+            const bool yes = self->m_confirm(LinksToOpen::noticeText(count), &showAgain);
             if (!self)
                 return;
             self->m_noticeSwitch = showAgain;

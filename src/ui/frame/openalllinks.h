@@ -9,17 +9,14 @@
 class MDIForm1;
 class frmBrowser;
 
-// Opens every link of a window's page in windows of its own: each address once, in
-// sorted order. Before many windows open, the user is asked, unless they switched the
-// notice off for this run.
+// Opens every link of a window's page in windows of its own (LinksToOpen picks them).
+// Before many windows open, the user is asked, unless they switched the notice off for
+// this run.
 class OpenAllLinks final : public QObject
 {
     Q_OBJECT
 
 public:
-    // Windows open + links to open from which the notice is shown.
-    static constexpr int NoticeThreshold = 16;
-
     explicit OpenAllLinks(MDIForm1 *frame);
 
     // Asks whether to open; the message is the complete notice text. *showAgain holds
@@ -34,12 +31,6 @@ public:
 
     // Reads the links of the window's page (an HTML document only) and opens them.
     void run(frmBrowser *window);
-
-    // The addresses to open from the page's anchors {resolved href, href as written,
-    // address of the holding document}: no script or mail links, no links to a place
-    // in the same document, each address once, sorted.
-    static QStringList addressesFrom(const QList<QStringList> &anchors);
-    static QString noticeText(int count);
 
 signals:
     // The windows of a run have been opened (none when it was declined or found no links).

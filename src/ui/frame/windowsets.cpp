@@ -16,7 +16,7 @@ frmBrowser *openAddress(MDIForm1 &frame, const QString &address, bool asFeed)
 {
     if (!asFeed)
         return frame.OpenNewBrowser(address);
-    frmBrowser *window = frame.CreateBrowser(QStringLiteral("MDI"));
+    frmBrowser *window = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
     window->LoadFeed(address);
     return window;
 }
