@@ -1,6 +1,7 @@
 #include "ui/frame/framemenus.h"
 
 #include "core/base/uitexts.h"
+#include "core/model/layout.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/desktop/mailprogram.h"
@@ -176,8 +177,11 @@ void FrameMenus::buildWindowMenu()
         [this] { m_frame->Arrange(MDIForm1::Arrangement::SideBySide); }, true);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Anordnung_save"), 404, [this] {
-        const QString path = QFileDialog::getSaveFileName(
+        QString path = QFileDialog::getSaveFileName(
             m_frame, uiText(1563), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
+        // Only .wlt files are written as layouts; a name typed without it gets it.
+        if (!path.isEmpty() && !Layout::isLayoutFileName(path))
+            path += QStringLiteral(".wlt");
         QString problem;
         if (!path.isEmpty())
             m_frame->setStatusText(
