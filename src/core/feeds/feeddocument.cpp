@@ -1,6 +1,6 @@
 #include "core/feeds/feeddocument.h"
 
-#include "core/records/recordcodec.h"
+#include "core/base/textcodec.h"
 
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -227,11 +227,11 @@ QString FeedDocument::decode(const QByteArray &bytes, FeedError *error)
     const bool validUtf8 = !utf8.hasError();
     const QByteArray label = declaredEncoding(bytes);
     if (label.isEmpty())
-        return validUtf8 ? text : RecordCodec::decodeWindows1252(body.toByteArray());
+        return validUtf8 ? text : TextCodec::decodeWindows1252(body.toByteArray());
     if (label == "utf-8" || label == "utf8")
         return text; // invalid sequences become replacement characters
     if (isWindows1252Label(label))
-        return validUtf8 ? text : RecordCodec::decodeWindows1252(body.toByteArray());
+        return validUtf8 ? text : TextCodec::decodeWindows1252(body.toByteArray());
     if (validUtf8)
         return text; // an unknown label on plain ASCII or UTF-8 text
     error->reason = QStringLiteral("Encoding %1 is unsupported").arg(QString::fromLatin1(label));

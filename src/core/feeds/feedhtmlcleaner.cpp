@@ -9,8 +9,37 @@ namespace {
 
 using namespace FeedHtmlRules;
 
-// Walks the parsed fragment: decides whether anything must go and writes the cleaned
-// markup (or, in text mode, only the text).
+bool keepsAttribute(const QByteArray &name, const QString &value)
+{
+    return isAllowedAttribute(name)
+        && !(isUrlAttribute(name) && FeedHtmlCleaner::isUnsafeUrl(value))
+        && !(name == "style" && isUnsafeStyle(value));
+}
+
+// True when the cleaner would leave out or replace anything in the parsed fragment.
+bool needsCleaning(const GumboVector &children)
+{
+    for (unsigned int i = 0; i < children.length; ++i) {
+        const auto *node = static_cast<const GumboNode *>(children.data[i]);
+        if (node->type != GUMBO_NODE_ELEMENT && node->type != GUMBO_NODE_TEMPLATE)
+            continue;
+        const GumboElement &element = node->v.element;
+        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag)
+            || !isAllowed(element.tag))
+            return true;
+        for (unsigned int a = 0; a < element.attributes.length; ++a) {
+            const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[a]);
+            if (!keepsAttribute(
+                    QByteArray(attribute->name).toLower(), QString::fromUtf8(attribute->value)))
+                return true;
+        }
+        if (needsCleaning(element.children))
+            return true;
+    }
+    return false;
+}
+
+// Writes the cleaned markup of a parsed fragment (or, in text mode, only its text).
 class Writer
 {
 public:
@@ -25,7 +54,6 @@ public:
     }
 
     QString output;
-    bool changed = false;
 
 private:
     void writeNode(const GumboNode *node)
@@ -49,13 +77,9 @@ private:
 
     void writeElement(const GumboElement &element)
     {
-        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag)) {
-            changed = true;
+        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag))
             return;
-        }
         if (m_textOnly || !isAllowed(element.tag)) {
-            if (!m_textOnly)
-                changed = true;
             writeChildren(element.children);
             return;
         }
@@ -65,12 +89,8 @@ private:
             const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[i]);
             const QByteArray attributeName = QByteArray(attribute->name).toLower();
             const QString value = QString::fromUtf8(attribute->value);
-            if (!isAllowedAttribute(attributeName)
-                || (isUrlAttribute(attributeName) && FeedHtmlCleaner::isUnsafeUrl(value))
-                || (attributeName == "style" && isUnsafeStyle(value))) {
-                changed = true;
+            if (!keepsAttribute(attributeName, value))
                 continue;
-            }
             output += u' ' + QString::fromLatin1(attributeName) + u"=\""
                 + FeedHtmlCleaner::escape(value) + u'"';
         }
@@ -125,23 +145,23 @@ bool FeedHtmlCleaner::Budget::take(int depth)
 
 QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
 {
-    // Text without a tag cannot hold markup of any kind; simple well-formed markup of
-    // allowed elements is recognised without building a tree.
-    if (!html.contains(u'<') || FeedHtmlScan::isSafeAsWritten(html))
+    // Text without a tag cannot hold markup of any kind.
+    if (!html.contains(u'<'))
         return html;
-    return cleanByTree(html, budget);
-}
-
-QString FeedHtmlCleaner::cleanByTree(const QString &html, Budget *budget)
-{
     Budget single;
     if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString cleaned;
     parseFragment(html, [&](const GumboOutput *parsed) {
+        const GumboVector &children = parsed->root->v.element.children;
+        // Well-formed markup with nothing to leave out stays as the feed wrote it.
+        if (parsed->errors.length == 0 && !needsCleaning(children)) {
+            cleaned = html;
+            return;
+        }
         Writer writer(false);
-        writer.writeChildren(parsed->root->v.element.children);
-        cleaned = writer.changed || parsed->errors.length > 0 ? writer.output : html;
+        writer.writeChildren(children);
+        cleaned = writer.output;
     });
     return cleaned;
 }

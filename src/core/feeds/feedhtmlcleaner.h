@@ -30,9 +30,6 @@ public:
     };
 
     static QString clean(const QString &html, Budget *budget = nullptr);
-    // The same result, always reached by parsing the markup into a tree; clean() skips
-    // the tree for markup that a quick check already finds safe as written.
-    static QString cleanByTree(const QString &html, Budget *budget = nullptr);
 
     // The text of the markup, escaped for use as text (& and < as references); used
     // where markup has no place, such as the page title.

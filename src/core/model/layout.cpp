@@ -39,11 +39,11 @@ WindowDescription decodeRecord(const QByteArray &record)
     window.top = reader.int16(TopAt);
     window.width = reader.int16(WidthAt);
     window.height = reader.int16(HeightAt);
-    window.address = ArchiveFiles::recordText(record, AddressAt, AddressWidth);
+    window.address = reader.text(AddressAt, AddressWidth, RecordCodec::Trim::Blanks);
     window.addressBarVisible = reader.int16(FirstBandAt);
     window.toolbarVisible = reader.int16(ThirdBandAt);
     window.windowState = reader.int16(StateAt);
-    window.caption = ArchiveFiles::recordText(record, CaptionAt, CaptionWidth);
+    window.caption = reader.text(CaptionAt, CaptionWidth, RecordCodec::Trim::Blanks);
     return window;
 }
 

@@ -43,9 +43,9 @@ bool LayoutBook::LoadAllLayouts()
     for (const QByteArray &record : read.records) {
         const RecordReader reader(record, RecordLength);
         LayoutItem item(m_dataFolder);
-        item.FileName = ArchiveFiles::recordText(record, FileNameAt, FileNameWidth);
-        item.LayoutName = ArchiveFiles::recordText(record, NameAt, NameWidth);
-        item.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth);
+        item.FileName = reader.text(FileNameAt, FileNameWidth, RecordCodec::Trim::Blanks);
+        item.LayoutName = reader.text(NameAt, NameWidth, RecordCodec::Trim::Blanks);
+        item.Info = reader.text(InfoAt, InfoWidth, RecordCodec::Trim::Blanks);
         item.IsEdit = false;
         item.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, item.Sequenz);

@@ -48,8 +48,8 @@ FensterInfo LayoutItem::decodeRecord(const QByteArray &record)
     window.y = reader.int16(YAt);
     window.Breite = reader.int16(BreiteAt);
     window.Hoehe = reader.int16(HoeheAt);
-    window.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
-    window.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
+    window.URL = reader.text(UrlAt, UrlWidth, RecordCodec::Trim::Blanks);
+    window.Titel = reader.text(TitelAt, TitelWidth, RecordCodec::Trim::Blanks);
     window.ToolbarVisible = reader.int16(ToolbarAt);
     window.AdressbarVisible = reader.int16(AdressbarAt);
     window.WindowState = reader.int16(WindowStateAt);

@@ -5,7 +5,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QtEndian>
 
 namespace {
 // Folder file record: number, title, address, description, two flags.
@@ -84,21 +83,18 @@ void Thema::encodeRecordTo(char *out, const Bookmark &bookmark, qint16 number)
 
 Bookmark Thema::decodeRecord(QByteArrayView record)
 {
-    if (record.size() < RecordLength) { // a short record reads as if padded with zero bytes
-        QByteArray padded = record.toByteArray();
-        padded.append(RecordLength - padded.size(), '\0');
-        return decodeRecord(padded);
-    }
+    const RecordReader reader(record, RecordLength);
     Bookmark bookmark;
-    bookmark.Nr = qFromLittleEndian<qint16>(record.constData() + NrAt);
-    bookmark.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
-    bookmark.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
+    bookmark.Nr = reader.int16(NrAt);
+    bookmark.Titel = reader.text(TitelAt, TitelWidth, RecordCodec::Trim::Blanks);
+    bookmark.URL = reader.text(UrlAt, UrlWidth, RecordCodec::Trim::Blanks);
     // A description keeps its line breaks, but a blank left before one by the fixed
     // width of the field is dropped.
-    bookmark.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth)
-                        .replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
-    bookmark.Adresszeile = qFromLittleEndian<qint16>(record.constData() + AdresszeileAt);
-    bookmark.Toolbar = qFromLittleEndian<qint16>(record.constData() + ToolbarAt);
+    bookmark.Info = reader.text(InfoAt, InfoWidth, RecordCodec::Trim::Blanks);
+    if (bookmark.Info.contains(u'\n'))
+        bookmark.Info.replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
+    bookmark.Adresszeile = reader.int16(AdresszeileAt);
+    bookmark.Toolbar = reader.int16(ToolbarAt);
     return bookmark;
 }
 
@@ -129,7 +125,7 @@ FileOutcome Thema::LoadBookmarks()
         bookmarks.add(key, std::move(bookmark));
         return true;
     };
-    const RecordFile::Buffer read
+    const RecordFile::ReadStatus read
         = RecordFile::readEach(outcome.path, RecordLength, RecordFile::Missing::CreateEmpty, take);
     outcome.movedAsidePath = read.movedAsidePath;
     outcome.error = read.error;

@@ -16,11 +16,6 @@ constexpr qint16 False = 0;
 // reach outside the data folder (a path separator or "..").
 QString pathInFolder(const QString &folder, const QString &fileName);
 
-// A text field of a whole record, decoded as RecordReader::text does with blanks
-// trimmed, but without first copying the field's padding around: most of an address
-// field is blanks.
-QString recordText(QByteArrayView record, int offset, int width);
-
 // Twips geometry as the record files store it: rounded to the nearest integer, halves
 // to the even neighbour, and held to the signed 16-bit range instead of wrapping.
 qint16 roundTwips(double value);
