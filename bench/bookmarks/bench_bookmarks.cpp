@@ -7,13 +7,13 @@
 // usage: bench_bookmarks [FOLDERS [BOOKMARKS_PER_FOLDER [REPEATS]]]
 
 #include "core/base/clock.h"
-#include "core/model/book.h"
-#include "core/model/bookediting.h"
-#include "core/records/recordfile.h"
 #include "core/exchange/netscapeexport.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/exchange/textexports.h"
 #include "core/exchange/xmlexports.h"
+#include "core/model/book.h"
+#include "core/model/bookediting.h"
+#include "core/records/recordfile.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,13 +1,13 @@
+#include "app/tool/toolcontext.h"
 #include "core/base/clock.h"
 #include "core/base/uitexts.h"
-#include "core/model/bookediting.h"
-#include "core/records/recordfile.h"
-#include "core/prefs/prefer.h"
-#include "app/tool/toolcontext.h"
 #include "core/exchange/netscapeexport.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/exchange/textexports.h"
 #include "core/exchange/xmlexports.h"
+#include "core/model/bookediting.h"
+#include "core/prefs/prefer.h"
+#include "core/records/recordfile.h"
 
 #include <QFile>
 

@@ -1,8 +1,8 @@
+#include "app/tool/toolcontext.h"
 #include "core/feeds/feeddocument.h"
 #include "core/feeds/feedfetcher.h"
 #include "core/feeds/feedpage.h"
 #include "core/feeds/feedparser.h"
-#include "app/tool/toolcontext.h"
 
 #include <QEventLoop>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
+#include "app/tool/toolcontext.h"
 #include "core/model/layout.h"
 #include "core/model/layoutbook.h"
-#include "app/tool/toolcontext.h"
 
 #include <QFileInfo>
 

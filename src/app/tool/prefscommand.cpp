@@ -1,6 +1,6 @@
+#include "app/tool/toolcontext.h"
 #include "core/base/uitexts.h"
 #include "core/prefs/prefer.h"
-#include "app/tool/toolcontext.h"
 
 int runPrefsCommand(ToolContext &context)
 {
@@ -8,9 +8,11 @@ int runPrefsCommand(ToolContext &context)
     const bool showPasswords = context.takeFlag(QStringLiteral("--show-passwords"));
     const QString verb = context.arguments.value(0);
     if (verb != u"show" && verb != u"set")
-        return context.fail(ToolContext::UsageError, QStringLiteral("usage: prefs show | prefs set NAME VALUE"));
+        return context.fail(
+            ToolContext::UsageError, QStringLiteral("usage: prefs show | prefs set NAME VALUE"));
     if (verb == u"show" && context.arguments.size() != 1)
-        return context.fail(ToolContext::UsageError, QStringLiteral("usage: prefs show [--show-passwords]"));
+        return context.fail(
+            ToolContext::UsageError, QStringLiteral("usage: prefs show [--show-passwords]"));
     if (verb == u"set" && context.arguments.size() != 3)
         return context.fail(ToolContext::UsageError, QStringLiteral("usage: prefs set NAME VALUE"));
 
@@ -30,8 +32,8 @@ int runPrefsCommand(ToolContext &context)
     if (verb == u"show") {
         for (const Prefer::Field &field : Prefer::fields()) {
             const bool hidden = field.kind == Prefer::Field::Kind::Password && !showPasswords;
-            context.out << field.name << '=' << (hidden ? QStringLiteral("***") : prefs.valueText(field))
-                        << '\n';
+            context.out << field.name << '='
+                        << (hidden ? QStringLiteral("***") : prefs.valueText(field)) << '\n';
         }
         context.out.flush();
         return ToolContext::Success;
@@ -43,12 +45,14 @@ int runPrefsCommand(ToolContext &context)
             QStringLiteral("unknown preference %1").arg(context.arguments.at(1)));
     if (!prefs.setValueText(*field, context.arguments.at(2)))
         return context.fail(ToolContext::UsageError,
-            QStringLiteral("%1 takes a whole number from -32768 to 32767").arg(context.arguments.at(1)));
+            QStringLiteral("%1 takes a whole number from -32768 to 32767")
+                .arg(context.arguments.at(1)));
     if (!prefs.SavePref(path))
         return context.fail(ToolContext::DataError,
             QStringLiteral("cannot write %1: %2").arg(path, prefs.lastError()));
     for (int account : prefs.unstorablePasswords())
         context.err << "vantrell-tool: the password of mail account " << account
-                    << " holds characters the preferences file cannot store; it was not saved." << Qt::endl;
+                    << " holds characters the preferences file cannot store; it was not saved."
+                    << Qt::endl;
     return ToolContext::Success;
 }

@@ -1,7 +1,7 @@
+#include "app/tool/toolcontext.h"
 #include "core/base/appinfo.h"
 #include "core/base/clock.h"
 #include "core/base/uitexts.h"
-#include "app/tool/toolcontext.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,7 +13,8 @@ void printUsage(QTextStream &err)
            "       vantrell-tool --version\n"
            "commands:\n"
            "  prefs show [--show-passwords] | prefs set NAME VALUE\n"
-           "  bookmarks list|add-folder|rename-folder|delete-folder|add|delete|sort|export|import ...\n"
+           "  bookmarks list|add-folder|rename-folder|delete-folder|add|delete|sort|export|import "
+           "...\n"
            "  layouts list | layouts show FILE\n"
            "  feed render SOURCE [--link-text TEXT]\n";
     err.flush();
@@ -28,7 +29,7 @@ int main(int argc, char *argv[])
     UiTexts::load(UiTexts::languageForLocale());
 
     QStringList arguments = app.arguments().mid(1);
-    ToolContext context{AppInfo::dataFolderPath(), {}, out, err};
+    ToolContext context {AppInfo::dataFolderPath(), {}, out, err};
 
     if (arguments.value(0) == u"--version") {
         out << AppInfo::versionString() << Qt::endl;
@@ -41,7 +42,8 @@ int main(int argc, char *argv[])
     if (context.takeOption(QStringLiteral("--now"), &value)) {
         const QDateTime moment = QDateTime::fromString(value, Qt::ISODate);
         if (!moment.isValid())
-            return context.fail(ToolContext::UsageError, QStringLiteral("--now expects YYYY-MM-DDThh:mm:ss"));
+            return context.fail(
+                ToolContext::UsageError, QStringLiteral("--now expects YYYY-MM-DDThh:mm:ss"));
         Clock::setFixed(moment);
     }
     if (context.arguments.isEmpty()) {

@@ -1,8 +1,8 @@
 #include "core/exchange/netscapeexport.h"
 
 #include "core/base/appinfo.h"
-#include "core/records/recordfile.h"
 #include "core/exchange/utf8writer.h"
+#include "core/records/recordfile.h"
 
 namespace NetscapeExport {
 

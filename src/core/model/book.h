@@ -1,8 +1,8 @@
 #pragma once
 
+#include "core/model/thema.h"
 #include "core/records/archivefiles.h"
 #include "core/records/keyedlist.h"
-#include "core/model/thema.h"
 
 #include <QStringList>
 

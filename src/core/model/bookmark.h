@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/records/archivefiles.h"
 #include "core/base/feedmark.h"
+#include "core/records/archivefiles.h"
 
 #include <QString>
 
@@ -16,4 +16,3 @@ struct Bookmark
     qint16 Toolbar = ArchiveFiles::False;
     qint16 Adresszeile = ArchiveFiles::False;
 };
-

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/records/archivefiles.h"
 #include "core/model/fensterinfo.h"
+#include "core/records/archivefiles.h"
 
 #include <QList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/records/archivefiles.h"
 #include "core/model/bookmark.h"
+#include "core/records/archivefiles.h"
 #include "core/records/keyedlist.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
 #include "core/base/appinfo.h"
 #include "core/base/uitexts.h"
-#include "core/model/bookediting.h"
 #include "core/exchange/textexports.h"
 #include "core/exchange/xmlexports.h"
+#include "core/model/bookediting.h"
 
 #include <QDomDocument>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
-#include "core/model/bookediting.h"
 #include "core/exchange/netscapeexport.h"
+#include "core/model/bookediting.h"
 
 #include <QFile>
 #include <QTemporaryDir>

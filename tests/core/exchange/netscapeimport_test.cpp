@@ -1,7 +1,7 @@
 #include "core/base/clock.h"
-#include "core/model/bookediting.h"
 #include "core/exchange/netscapeexport.h"
 #include "core/exchange/netscapeimport.h"
+#include "core/model/bookediting.h"
 
 #include <QDir>
 #include <QDirIterator>

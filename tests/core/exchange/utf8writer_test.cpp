@@ -1,7 +1,7 @@
 // The exports and the record files write UTF-8 themselves instead of going through
 // QString::toUtf8; these tests hold them to the bytes that it gives.
-#include "core/records/recordcodec.h"
 #include "core/exchange/utf8writer.h"
+#include "core/records/recordcodec.h"
 
 #include <QtTest>
 

@@ -2,8 +2,8 @@
 // QDomDocument writes for the same tree.
 #include "core/base/appinfo.h"
 #include "core/base/uitexts.h"
-#include "core/model/bookediting.h"
 #include "core/exchange/xmlexports.h"
+#include "core/model/bookediting.h"
 
 #include <QDomDocument>
 #include <QTemporaryDir>

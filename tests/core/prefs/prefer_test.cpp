@@ -1,6 +1,6 @@
 #include "core/base/uitexts.h"
-#include "core/records/recordcodec.h"
 #include "core/prefs/prefer.h"
+#include "core/records/recordcodec.h"
 #include "recordbytes.h"
 
 #include <QDir>
