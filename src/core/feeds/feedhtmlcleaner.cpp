@@ -2,18 +2,32 @@
 
 #include "core/feeds/feedhtmlrules.h"
 #include "core/feeds/feedhtmlscan.h"
+#include "core/html/parsearena.h"
 
+#include <algorithm>
 #include <gumbo.h>
 
 namespace {
 
 using namespace FeedHtmlRules;
 
-bool keepsAttribute(const QByteArray &name, const QString &value)
+// The attribute's name, lower-cased (the parser already lower-cases HTML attributes,
+// so this rarely copies).
+QByteArray attributeName(const GumboAttribute *attribute)
 {
-    return isAllowedAttribute(name)
-        && !(isUrlAttribute(name) && FeedHtmlCleaner::isUnsafeUrl(value))
-        && !(name == "style" && isUnsafeStyle(value));
+    const QByteArray name = QByteArray::fromRawData(attribute->name, qstrlen(attribute->name));
+    return std::any_of(name.cbegin(), name.cend(), [](char c) { return c >= 'A' && c <= 'Z'; })
+        ? name.toLower()
+        : name;
+}
+
+bool keepsAttribute(const QByteArray &name, const char *value)
+{
+    if (!isAllowedAttribute(name))
+        return false;
+    if (isUrlAttribute(name))
+        return !FeedHtmlCleaner::isUnsafeUrl(QString::fromUtf8(value));
+    return name != "style" || !isUnsafeStyle(QString::fromUtf8(value));
 }
 
 // True when the cleaner would leave out or replace anything in the parsed fragment.
@@ -29,8 +43,7 @@ bool needsCleaning(const GumboVector &children)
             return true;
         for (unsigned int a = 0; a < element.attributes.length; ++a) {
             const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[a]);
-            if (!keepsAttribute(
-                    QByteArray(attribute->name).toLower(), QString::fromUtf8(attribute->value)))
+            if (!keepsAttribute(attributeName(attribute), attribute->value))
                 return true;
         }
         if (needsCleaning(element.children))
@@ -87,12 +100,11 @@ private:
         output += u'<' + name;
         for (unsigned int i = 0; i < element.attributes.length; ++i) {
             const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[i]);
-            const QByteArray attributeName = QByteArray(attribute->name).toLower();
-            const QString value = QString::fromUtf8(attribute->value);
-            if (!keepsAttribute(attributeName, value))
+            const QByteArray name = attributeName(attribute);
+            if (!keepsAttribute(name, attribute->value))
                 continue;
-            output += u' ' + QString::fromLatin1(attributeName) + u"=\""
-                + FeedHtmlCleaner::escape(value) + u'"';
+            output += u' ' + QString::fromLatin1(name) + u"=\""
+                + FeedHtmlCleaner::escape(QString::fromUtf8(attribute->value)) + u'"';
         }
         output += u'>';
         if (isVoid(element.tag))
@@ -122,10 +134,13 @@ QString withoutTags(const QString &html)
     return FeedHtmlCleaner::escape(text);
 }
 
-template<typename Visit> void parseFragment(const QString &html, Visit visit)
+template<typename Visit> void parseFragment(const QString &html, ParseArena &arena, Visit visit)
 {
     const QByteArray utf8 = html.toUtf8();
     GumboOptions options = kGumboDefaultOptions;
+    options.allocator = &ParseArena::allocateIn;
+    options.deallocator = &ParseArena::deallocateIn;
+    options.userdata = &arena;
     options.fragment_context = GUMBO_TAG_DIV;
     options.max_errors = 1;
     GumboOutput *parsed = gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size()));
@@ -134,6 +149,16 @@ template<typename Visit> void parseFragment(const QString &html, Visit visit)
 }
 
 } // namespace
+
+FeedHtmlCleaner::Budget::Budget() = default;
+FeedHtmlCleaner::Budget::~Budget() = default;
+
+ParseArena &FeedHtmlCleaner::Budget::arena()
+{
+    if (!m_arena)
+        m_arena = std::make_unique<ParseArena>();
+    return *m_arena;
+}
 
 bool FeedHtmlCleaner::Budget::take(int depth)
 {
@@ -149,10 +174,11 @@ QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
     if (!html.contains(u'<'))
         return html;
     Budget single;
-    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+    Budget &spent = budget ? *budget : single;
+    if (!spent.take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString cleaned;
-    parseFragment(html, [&](const GumboOutput *parsed) {
+    parseFragment(html, spent.arena(), [&](const GumboOutput *parsed) {
         const GumboVector &children = parsed->root->v.element.children;
         // Well-formed markup with nothing to leave out stays as the feed wrote it.
         if (parsed->errors.length == 0 && !needsCleaning(children)) {
@@ -171,10 +197,11 @@ QString FeedHtmlCleaner::toPlainText(const QString &html, Budget *budget)
     if (!html.contains(u'<') && !html.contains(u'&'))
         return html;
     Budget single;
-    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+    Budget &spent = budget ? *budget : single;
+    if (!spent.take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString text;
-    parseFragment(html, [&](const GumboOutput *parsed) {
+    parseFragment(html, spent.arena(), [&](const GumboOutput *parsed) {
         Writer writer(true);
         writer.writeChildren(parsed->root->v.element.children);
         text = writer.output;

@@ -2,8 +2,10 @@
 
 #include "core/feeds/feedhtmlcleaner.h"
 
-#include <QList>
-#include <QString>
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -21,7 +23,8 @@ int FeedHtmlScan::nestingEstimate(QStringView html)
     static const char16_t *const voidNames[] = {u"area", u"base", u"br", u"col", u"embed", u"hr",
         u"img", u"input", u"keygen", u"link", u"meta", u"param", u"source", u"track", u"wbr",
         u"basefont", u"bgsound", u"frame", u"image", u"isindex"};
-    QList<QString> open;
+    // The open names are views into the markup, compared without regard to case.
+    QVarLengthArray<QStringView, 32> open;
     int deepest = 0;
     const qsizetype size = html.size();
     qsizetype at = 0;
@@ -40,15 +43,16 @@ int FeedHtmlScan::nestingEstimate(QStringView html)
             ++at;
         if (at == nameStart || !html.at(nameStart).isLetter())
             continue;
-        const QString name = html.mid(nameStart, at - nameStart).toString().toLower();
+        const QStringView name = html.mid(nameStart, at - nameStart);
         if (closing) {
-            if (!open.isEmpty() && open.constLast() == name)
+            if (!open.isEmpty() && open.last().compare(name, Qt::CaseInsensitive) == 0)
                 open.removeLast();
             continue;
         }
-        bool isVoidName = false;
-        for (const char16_t *voidName : voidNames)
-            isVoidName = isVoidName || name == QStringView(voidName);
+        const bool isVoidName
+            = std::any_of(std::begin(voidNames), std::end(voidNames), [name](const char16_t *v) {
+                  return name.compare(QStringView(v), Qt::CaseInsensitive) == 0;
+              });
         if (!isVoidName) {
             open.append(name);
             deepest = qMax(deepest, int(open.size()));

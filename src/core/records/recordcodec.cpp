@@ -27,6 +27,20 @@ bool isAscii(QByteArrayView bytes)
     }
     return true;
 }
+
+// True when `words` eight-byte words at `at` are all blanks; the words are combined
+// before the test, so that a run of padding costs one branch for several words.
+bool allBlanks(const char *at, int words)
+{
+    constexpr quint64 blanks = 0x2020202020202020ULL;
+    quint64 differs = 0;
+    for (int i = 0; i < words; ++i) {
+        quint64 word;
+        std::memcpy(&word, at + 8 * i, sizeof word);
+        differs |= word ^ blanks;
+    }
+    return differs == 0;
+}
 } // namespace
 
 void encodeUtf8(const char16_t *&at, const char16_t *end, char *&out)
@@ -103,14 +117,10 @@ QString decodeText(QByteArrayView field, Trim trim)
     while (end > 0 && data[end - 1] == '\0')
         --end;
     if (trim == Trim::Blanks) {
-        constexpr quint64 blanks = 0x2020202020202020ULL;
-        while (end >= 8) {
-            quint64 word;
-            std::memcpy(&word, data + end - 8, sizeof word);
-            if (word != blanks)
-                break;
+        while (end >= 64 && allBlanks(data + end - 64, 8))
+            end -= 64;
+        while (end >= 8 && allBlanks(data + end - 8, 1))
             end -= 8;
-        }
         while (end > 0 && data[end - 1] == ' ')
             --end;
         while (begin < end && data[begin] == ' ')
