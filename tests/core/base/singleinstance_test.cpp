@@ -3,11 +3,13 @@
 #include <QDir>
 #include <QFile>
 #include <QLocalSocket>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
+#include <memory>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -17,6 +19,8 @@ class SingleInstanceTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+
     void secondStartHandsItsLineToTheFirst()
     {
         QTemporaryDir data;
@@ -78,6 +82,23 @@ private slots:
         peer.flush();
         QTRY_COMPARE_WITH_TIMEOUT(peer.state(), QLocalSocket::UnconnectedState, 10000);
         QCOMPARE(received.size(), 0);
+        QTRY_VERIFY(first.findChildren<QLocalSocket *>().isEmpty());
+    }
+
+    void peersStillConnectedWhenTheInstanceEndsAreFreed()
+    {
+        // Under the sanitizers a peer's buffer that outlives its socket is reported.
+        QTemporaryDir data;
+        auto first = std::make_unique<SingleInstance>(data.path());
+        QCOMPARE(first->start(), SingleInstance::Role::First);
+        QLocalSocket peer;
+        peer.connectToServer(SingleInstance::serverName(data.path()));
+        QVERIFY(peer.waitForConnected(5000));
+        peer.write("half a line");
+        peer.flush();
+        QTRY_COMPARE(first->findChildren<QLocalSocket *>().size(), 1);
+        first.reset();
+        QTRY_COMPARE(peer.state(), QLocalSocket::UnconnectedState);
     }
 };
 
