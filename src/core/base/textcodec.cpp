@@ -1,5 +1,7 @@
 #include "core/base/textcodec.h"
 
+#include <QStringDecoder>
+
 namespace TextCodec {
 
 bool isValidUtf8(QByteArrayView bytes)
@@ -21,6 +23,21 @@ QString decodeWindows1252(QByteArrayView bytes)
         *at++ = b >= 0x80 && b < 0xA0 ? QChar(high[b - 0x80]) : QChar(char16_t(b));
     }
     return out;
+}
+
+std::optional<QString> decodeNamed(QByteArrayView bytes, const QByteArray &name, QString *usedName)
+{
+    const QByteArray lower = name.trimmed().toLower();
+    // "System" and "Locale" are names of this machine's setting, not of a charset.
+    const auto builtIn = QStringConverter::encodingForName(lower.constData());
+    if (lower.isEmpty() || (builtIn && *builtIn == QStringConverter::System))
+        return std::nullopt;
+    QStringDecoder decoder(lower.constData());
+    if (!decoder.isValid())
+        return std::nullopt;
+    if (usedName)
+        *usedName = QString::fromLatin1(lower);
+    return decoder.decode(bytes);
 }
 
 } // namespace TextCodec

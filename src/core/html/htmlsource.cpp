@@ -36,12 +36,8 @@ QString decodeAs(const QByteArray &label, const QByteArray &bytes, QString *name
         return QString::fromUtf8(bytes);
     }
     if (!latin.contains(lower)) {
-        const auto encoding = QStringConverter::encodingForName(lower.constData());
-        if (encoding && *encoding != QStringConverter::System) {
-            QStringDecoder decoder(*encoding);
-            *name = QString::fromLatin1(lower);
-            return decoder.decode(bytes);
-        }
+        if (std::optional<QString> text = TextCodec::decodeNamed(bytes, lower, name))
+            return *std::move(text);
     }
     *name = QStringLiteral("windows-1252");
     return TextCodec::decodeWindows1252(bytes);

@@ -67,7 +67,7 @@ bool Book::LoadAllThema()
     };
     const RecordFile::ReadStatus read
         = RecordFile::readEach(indexPath(), RecordLength, RecordFile::Missing::CreateEmpty, take);
-    m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
+    m_outcomes.note(read.outcome(indexPath()));
     // An index that could not be read to its end names no folder.
     if (!read.ok())
         folders.clear();
@@ -99,6 +99,7 @@ bool Book::SaveAllThema()
     // is missing.
     FileOutcome index {indexPath(), {}, {}};
     if (!RecordFile::writeAll(index.path, records, &index.error)) {
+        index.problem = FileOutcome::Problem::CannotWrite;
         m_outcomes.note(index);
         return false;
     }

@@ -55,7 +55,8 @@ FileOutcome SaveLayout(const QString &path, const QList<WindowDescription> &wind
     records.reserve(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i)
         records.append(encodeRecord(windows.at(i), qint16(std::min<qsizetype>(i + 1, 32767))));
-    RecordFile::writeAll(outcome.path, records, &outcome.error);
+    if (!RecordFile::writeAll(outcome.path, records, &outcome.error))
+        outcome.problem = FileOutcome::Problem::CannotWrite;
     return outcome;
 }
 
@@ -65,8 +66,7 @@ ReadResult LoadLayout(const QString &path)
     result.outcome.path = RecordCodec::trimBlanks(path);
     const RecordFile::ReadResult read
         = RecordFile::readAll(result.outcome.path, RecordLength, RecordFile::Missing::LeaveAbsent);
-    result.outcome.movedAsidePath = read.movedAsidePath;
-    result.outcome.error = read.error;
+    result.outcome = read.outcome(result.outcome.path);
     result.windows.reserve(read.records.size());
     for (const QByteArray &record : read.records)
         result.windows.append(decodeRecord(record));

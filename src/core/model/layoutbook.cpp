@@ -37,7 +37,7 @@ bool LayoutBook::LoadAllLayouts()
 {
     m_outcomes.last = {};
     const RecordFile::ReadResult read = RecordFile::readAll(indexPath(), RecordLength);
-    m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
+    m_outcomes.note(read.outcome(indexPath()));
     colLayout.clear();
     colLayout.reserve(read.records.size());
     for (const QByteArray &record : read.records) {
@@ -78,6 +78,7 @@ bool LayoutBook::SaveAllLayouts()
     }
     FileOutcome index {indexPath(), {}, {}};
     if (!RecordFile::writeAll(index.path, records, &index.error)) {
+        index.problem = FileOutcome::Problem::CannotWrite;
         m_outcomes.note(index);
         return false;
     }

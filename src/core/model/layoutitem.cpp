@@ -68,6 +68,8 @@ FileOutcome LayoutItem::SaveAllFensterInfos()
             encodeRecord(colFensterInfo.at(i), qint16(std::min<qsizetype>(i + 1, 32767))));
     if (RecordFile::writeAll(outcome.path, records, &outcome.error))
         IsEdit = false;
+    else
+        outcome.problem = FileOutcome::Problem::CannotWrite;
     return outcome;
 }
 
@@ -78,12 +80,11 @@ FileOutcome LayoutItem::LoadAllFensterInfos()
     colFensterInfo.clear();
     ItCounter = 0;
     if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid layout file name: %1").arg(FileName);
-        return outcome;
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     }
     const RecordFile::ReadResult read = RecordFile::readAll(outcome.path, RecordLength);
-    outcome.movedAsidePath = read.movedAsidePath;
-    outcome.error = read.error;
+    outcome = read.outcome(outcome.path);
     colFensterInfo.reserve(read.records.size());
     for (const QByteArray &record : read.records)
         colFensterInfo.append(decodeRecord(record));

@@ -100,12 +100,11 @@ Bookmark Thema::decodeRecord(QByteArrayView record)
 
 FileOutcome Thema::LoadBookmarks()
 {
+    if (filePath().isEmpty())
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     FileOutcome outcome;
     outcome.path = filePath();
-    if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
-        return outcome;
-    }
     KeyedList<Bookmark> bookmarks;
     bookmarks.reserve(std::min<qint64>(QFileInfo(outcome.path).size() / RecordLength, 32767));
     const auto take = [this, &bookmarks](QByteArrayView record) {
@@ -127,8 +126,7 @@ FileOutcome Thema::LoadBookmarks()
     };
     const RecordFile::ReadStatus read
         = RecordFile::readEach(outcome.path, RecordLength, RecordFile::Missing::CreateEmpty, take);
-    outcome.movedAsidePath = read.movedAsidePath;
-    outcome.error = read.error;
+    outcome = read.outcome(outcome.path);
     // A file that could not be read to its end gives no bookmarks at all.
     if (!read.ok())
         bookmarks.clear();
@@ -154,18 +152,18 @@ FileOutcome Thema::ensureLoaded()
 
 FileOutcome Thema::SaveBookmarks()
 {
+    if (filePath().isEmpty())
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     FileOutcome outcome;
     outcome.path = filePath();
-    if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
-        return outcome;
-    }
     if (colBookmark) {
         // Every record is encoded in place in the file's bytes.
         QByteArray bytes(colBookmark->count() * RecordLength, Qt::Uninitialized);
         for (qsizetype i = 0; i < colBookmark->count(); ++i)
             encodeRecordTo(bytes.data() + i * RecordLength, colBookmark->at(i), qint16(i + 1));
-        RecordFile::writeBytes(outcome.path, bytes, &outcome.error);
+        if (!RecordFile::writeBytes(outcome.path, bytes, &outcome.error))
+            outcome.problem = FileOutcome::Problem::CannotWrite;
     }
     if (outcome.ok())
         IsEdit = false;

@@ -14,31 +14,35 @@ ReadStatus readEach(const QString &path, int recordLength, Missing missing,
     ReadStatus result;
     QFile file(path);
     if (!file.exists()) {
-        if (missing == Missing::CreateEmpty)
-            writeBytes(path, {}, &result.error);
+        if (missing == Missing::CreateEmpty && !writeBytes(path, {}, &result.error))
+            result.problem = FileOutcome::Problem::CannotWrite;
         return result;
     }
     // Unbuffered: the file is read in large pieces, and QFile's own buffer would only
     // add a copy.
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         result.error = file.errorString();
+        result.problem = FileOutcome::Problem::CannotRead;
         return result;
     }
     if (file.size() % recordLength != 0) {
         file.close();
         result.movedAsidePath = moveAside(path);
-        if (result.movedAsidePath.isEmpty())
-            result.error = QStringLiteral("cannot move %1 aside").arg(path);
+        if (result.movedAsidePath.isEmpty()) {
+            result.error = FileOutcome::cannotMoveAsideReason();
+            result.problem = FileOutcome::Problem::CannotMoveAside;
+        }
         return result;
     }
-    // About a megabyte: few system calls, and still in the processor's cache when the
-    // records are decoded.
-    const qsizetype perBlock = std::max<qsizetype>(1, (1024 * 1024) / recordLength);
+    // A quarter of a megabyte: few system calls, and still in the processor's own cache
+    // when the records are decoded.
+    const qsizetype perBlock = std::max<qsizetype>(1, (256 * 1024) / recordLength);
     QByteArray block(std::min<qint64>(perBlock * recordLength, file.size()), Qt::Uninitialized);
     for (qint64 left = file.size(); left > 0;) {
         const qint64 want = std::min<qint64>(left, block.size());
         if (file.read(block.data(), want) != want) {
             result.error = file.errorString();
+            result.problem = FileOutcome::Problem::CannotRead;
             return result;
         }
         left -= want;

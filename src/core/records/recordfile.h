@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/records/fileoutcome.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -19,8 +21,14 @@ struct ReadStatus
     QString movedAsidePath;
     // Set when the file could not be opened or read.
     QString error;
+    FileOutcome::Problem problem = FileOutcome::Problem::None;
 
     bool ok() const { return error.isEmpty(); }
+    // The same as the outcome for the file at `path`.
+    FileOutcome outcome(const QString &path) const
+    {
+        return {path, movedAsidePath, error, problem};
+    }
 };
 
 // Reads a block of records at a time into one small buffer that is used again for the

@@ -14,12 +14,14 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 class SingleInstanceTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void secondStartHandsItsLineToTheFirst()
     {
@@ -32,11 +34,11 @@ private slots:
         QThread *thread = QThread::create([&data] {
             SingleInstance second(data.path());
             if (second.start() == SingleInstance::Role::Second)
-                second.handOver(QStringLiteral("\"/tmp/a b.html\""));
+                second.handOver(u"\"/tmp/a b.html\""_s);
         });
         thread->start();
         QTRY_COMPARE_WITH_TIMEOUT(received.size(), 1, 10000);
-        QCOMPARE(received.first().first().toString(), QStringLiteral("\"/tmp/a b.html\""));
+        QCOMPARE(received.first().first().toString(), u"\"/tmp/a b.html\""_s);
         QVERIFY(thread->wait(10000));
         delete thread;
     }
