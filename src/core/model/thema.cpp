@@ -107,14 +107,18 @@ FileOutcome Thema::LoadBookmarks()
     outcome.path = filePath();
     KeyedList<Bookmark> bookmarks;
     bookmarks.reserve(std::min<qint64>(QFileInfo(outcome.path).size() / RecordLength, 32767));
-    const auto take = [this, &bookmarks](QByteArrayView record) {
+    bool sequential = true;
+    const auto take = [this, &bookmarks, &sequential](QByteArrayView record) {
         if (bookmarks.count() >= 32767) // the numbers are 16-bit
             return false;
         Bookmark bookmark = decodeRecord(record);
         // Numbers are positions in files this program writes; a damaged file with a
         // number twice or out of range still keeps every entry.
         QString key = bookmarkKey(bookmark.Nr);
-        if (bookmark.Nr < 1 || bookmarks.contains(key)) {
+        // Numbered 1, 2, 3 ... as this program writes them, the next number is free.
+        const bool next = sequential && bookmark.Nr == bookmarks.count() + 1;
+        sequential = next;
+        if (!next && (bookmark.Nr < 1 || bookmarks.contains(key))) {
             qint16 free = qint16(std::min<qsizetype>(bookmarks.count() + 1, 32767));
             while (bookmarks.contains(bookmarkKey(free)))
                 free = free == 32767 ? 1 : qint16(free + 1);

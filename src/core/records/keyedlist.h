@@ -42,13 +42,15 @@ public:
     // Inserts before `index` (0 puts the item first, count() appends).
     T *insert(qsizetype index, const QString &key, T item)
     {
-        if (m_index.contains(key))
+        // One look-up: the slot is made, or found taken.
+        const qsizetype before = m_index.size();
+        qsizetype &slot = m_index[key];
+        if (m_index.size() == before)
             return nullptr;
         index = std::clamp<qsizetype>(index, 0, count());
+        slot = index;
         m_items.insert(m_items.begin() + index, Entry {key, std::make_unique<T>(std::move(item))});
-        if (index == count() - 1)
-            m_index.insert(key, index);
-        else
+        if (index != count() - 1)
             reindexFrom(index);
         return m_items.at(size_t(index)).item.get();
     }

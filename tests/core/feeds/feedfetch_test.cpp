@@ -55,7 +55,6 @@ private Q_SLOTS:
         m_server.setSilent(u"/silent"_s);
         const FeedError error = fetch(u"/silent"_s, 500).value(1).value<FeedError>();
         QCOMPARE(error.problem, FeedError::Problem::Timeout);
-        QVERIFY(!error.reason.isEmpty());
     }
 };
 

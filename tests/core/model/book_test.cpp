@@ -146,15 +146,10 @@ private slots:
         QTemporaryDir dir;
         writeFile(dir.filePath(u"Book.bkm"_s),
             indexRecord(1, 2, "A", "1.bkm") + indexRecord(2, 2, "B", "2.bkm")
-                + indexRecord(3, 70000,
-                    "M\xfc"
-                    "nchen",
-                    "3.bkm"));
+                + indexRecord(3, 70000, "M\374nchen", "3.bkm"));
         writeFile(dir.filePath(u"3.bkm"_s),
-            bookmarkRecord(1,
-                "Stra\xdf"
-                "e",
-                "u", "", -1, -1));
+            bookmarkRecord(1, "Stra\337e", "u", "", -1, -1) + bookmarkRecord(3, "b", "", "", 0, 0)
+                + bookmarkRecord(3, "c", "", "", 0, 0) + bookmarkRecord(0, "d", "", "", 0, 0));
         Book book(dir.path());
         QVERIFY(book.LoadAllThema());
         QCOMPARE(book.colThema.count(), 3);
@@ -162,7 +157,9 @@ private slots:
         QVERIFY(book.colThema.at(2).Nr > 0);
         QCOMPARE(book.colThema.at(2).DirName(), u"München"_s);
         QVERIFY(book.ensureLoaded(book.colThema.at(2)).ok());
-        QCOMPARE(book.colThema.at(2).colBookmark->at(0).Titel, u"Straße"_s);
+        const KeyedList<Bookmark> &read = *book.colThema.at(2).colBookmark;
+        QCOMPARE(read.at(0).Titel, u"Straße"_s);
+        QCOMPARE(QList<int>({read.at(1).Nr, read.at(2).Nr, read.at(3).Nr}), QList<int>({3, 4, 5}));
     }
 };
 
