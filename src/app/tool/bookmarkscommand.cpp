@@ -4,6 +4,7 @@
 #include "core/exchange/netscapeexport.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/exchange/textexports.h"
+#include "core/exchange/utf8writer.h"
 #include "core/exchange/xmlexports.h"
 #include "core/model/bookediting.h"
 #include "core/prefs/prefer.h"
@@ -109,12 +110,35 @@ private:
 
     int list()
     {
-        QTextStream &out = m_context.out;
+        // Written as UTF-8 bytes a folder at a time, and each folder's bookmarks are let
+        // go once listed: a large archive is a few hundred megabytes of records.
+        m_context.out.flush();
+        QIODevice *device = m_context.out.device();
+        Utf8Writer line;
+        const auto number = [&line](int n) {
+            char digits[12];
+            char *at = digits + sizeof digits;
+            unsigned int value = n < 0 ? 0u - unsigned(n) : unsigned(n);
+            do {
+                *--at = char('0' + value % 10);
+                value /= 10;
+            } while (value > 0);
+            if (n < 0)
+                *--at = '-';
+            line.raw(at, digits + sizeof digits - at);
+        };
         int status = ToolContext::Success;
         for (qsizetype i = 0; i < m_book.colThema.count(); ++i) {
             Thema &folder = m_book.colThema.at(i);
-            out << "F\t" << folder.Nr << '\t' << folder.DirName() << '\t' << folder.FileName
-                << '\n';
+            line.ascii("F\t");
+            number(folder.Nr);
+            line.ascii("\t");
+            line.text(folder.DirName());
+            line.ascii("\t");
+            line.text(folder.FileName);
+            line.ascii("\n");
+            device->write(line.take());
+            const bool wasLoaded = folder.isLoaded();
             // A damaged folder is named and skipped; the others are still listed.
             if (const int problem = loadBookmarks(folder)) {
                 status = problem;
@@ -122,12 +146,26 @@ private:
             }
             for (qsizetype j = 0; j < folder.colBookmark->count(); ++j) {
                 const Bookmark &b = folder.colBookmark->at(j);
-                out << "B\t" << folder.Nr << '\t' << b.Nr << '\t' << b.Titel << '\t' << b.URL
-                    << '\t' << ToolContext::escaped(b.Info) << '\t' << b.Adresszeile << '\t'
-                    << b.Toolbar << '\n';
+                line.ascii("B\t");
+                number(folder.Nr);
+                line.ascii("\t");
+                number(b.Nr);
+                line.ascii("\t");
+                line.text(b.Titel);
+                line.ascii("\t");
+                line.text(b.URL);
+                line.ascii("\t");
+                line.text(ToolContext::escaped(b.Info));
+                line.ascii("\t");
+                number(b.Adresszeile);
+                line.ascii("\t");
+                number(b.Toolbar);
+                line.ascii("\n");
             }
+            device->write(line.take());
+            if (!wasLoaded)
+                folder.colBookmark.reset();
         }
-        out.flush();
         return status;
     }
 

@@ -48,7 +48,7 @@ int renderFeed(ToolContext &context)
         return context.fail(
             ToolContext::DataError, QStringLiteral("cannot read %1: %2").arg(source, error.reason));
 
-    const FeedParseResult result = FeedParser::parse(bytes);
+    const FeedParseResult result = FeedParser::parse(bytes, fetcher.charset());
     context.out << FeedPage::forResult(result, source, linkText);
     context.out.flush();
     return ToolContext::Success;

@@ -1,5 +1,7 @@
 #include "app/tool/toolcontext.h"
 
+#include <algorithm>
+
 int ToolContext::fail(Exit code, const QString &message) const
 {
     err << "vantrell-tool: " << message << Qt::endl;
@@ -23,8 +25,12 @@ bool ToolContext::takeFlag(const QString &name)
 
 QString ToolContext::escaped(const QString &text)
 {
+    const auto special
+        = [](QChar c) { return c == u'\\' || c == u'\r' || c == u'\n' || c == u'\t'; };
+    if (std::none_of(text.cbegin(), text.cend(), special))
+        return text;
     QString out;
-    out.reserve(text.size());
+    out.reserve(text.size() + 8);
     for (const QChar c : text) {
         if (c == u'\\')
             out += QStringLiteral("\\\\");

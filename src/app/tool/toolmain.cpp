@@ -1,7 +1,6 @@
 #include "app/tool/toolcontext.h"
 #include "core/base/appinfo.h"
 #include "core/base/clock.h"
-#include "core/base/uitexts.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -26,7 +25,8 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);
-    UiTexts::load(UiTexts::languageForLocale());
+    // The texts are loaded when the first one is needed (UiTexts::text), which most
+    // listings never need.
 
     QStringList arguments = app.arguments().mid(1);
     ToolContext context {AppInfo::dataFolderPath(), {}, out, err};

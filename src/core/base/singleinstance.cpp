@@ -6,6 +6,8 @@
 #include <QLocalSocket>
 #include <QTimer>
 
+#include <memory>
+
 namespace {
 constexpr int ConnectTimeoutMs = 2000;
 constexpr int ReplyTimeoutMs = 15000;
@@ -80,22 +82,27 @@ void SingleInstance::acceptConnection()
 {
     while (QLocalSocket *socket = m_server->nextPendingConnection()) {
         socket->setParent(this);
-        auto *buffer = new QByteArray;
+        // The buffer belongs to the connections below, which end with the socket, so it
+        // goes with the socket on every path: the peer leaves, its line is too long, it
+        // times out, the socket fails, or the instance itself ends.
+        const auto buffer = std::make_shared<QByteArray>();
+        const auto drop = [socket] {
+            socket->abort();
+            socket->deleteLater();
+        };
         // A peer that never finishes its line is dropped after a while.
         auto *timeout = new QTimer(socket);
         timeout->setSingleShot(true);
-        connect(timeout, &QTimer::timeout, socket, &QLocalSocket::abort);
+        connect(timeout, &QTimer::timeout, socket, drop);
         timeout->start(ReplyTimeoutMs);
-        connect(socket, &QLocalSocket::disconnected, socket, [socket, buffer] {
-            delete buffer;
-            socket->deleteLater();
-        });
-        connect(socket, &QLocalSocket::readyRead, this, [this, socket, buffer] {
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QLocalSocket::errorOccurred, socket, drop);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket, buffer, drop] {
             buffer->append(socket->readAll());
             const qsizetype end = buffer->indexOf('\n');
             if (end < 0) {
                 if (buffer->size() >= MaxMessageBytes)
-                    socket->abort();
+                    drop();
                 return;
             }
             const QString line = QString::fromUtf8(buffer->left(end));

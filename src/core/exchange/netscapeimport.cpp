@@ -2,6 +2,7 @@
 
 #include "core/base/appinfo.h"
 #include "core/base/clock.h"
+#include "core/base/uitexts.h"
 #include "core/html/htmlsource.h"
 #include "core/html/htmltext.h"
 #include "core/html/parsearena.h"
@@ -287,13 +288,13 @@ QString backupArchive(const QString &dataFolder, QString *error)
     for (int n = 2; data.exists(name); ++n)
         name = QStringLiteral("backups/") + stamp + u'-' + QString::number(n);
     if (!data.mkpath(name)) {
-        *error = QStringLiteral("cannot create %1").arg(data.filePath(name));
+        *error = uiText(2082).arg(data.filePath(name));
         return {};
     }
     const QDir backup(data.filePath(name));
     for (const QString &file : std::as_const(worthKeeping)) {
         if (!QFile::copy(data.filePath(file), backup.filePath(file))) {
-            *error = QStringLiteral("cannot copy %1 to %2").arg(file, backup.path());
+            *error = uiText(2083).arg(file, backup.path());
             return {};
         }
     }
@@ -304,7 +305,7 @@ ApplyOutcome replaceArchive(Book &book, const Result &result, const Progress &pr
 {
     ApplyOutcome outcome;
     if (result.folders.isEmpty()) {
-        outcome.error = QStringLiteral("the file holds no bookmark folder");
+        outcome.error = uiText(2084);
         return outcome;
     }
     outcome.backupFolder = backupArchive(book.dataFolder(), &outcome.error);

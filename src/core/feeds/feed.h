@@ -27,12 +27,27 @@ struct Feed
     static QString formatTag(Format format);
 };
 
-// Why a feed could not be read: the reader's reason and the line it stopped at
-// (0 when the failure has no line, such as a feed that is too large).
+// Why a feed could not be read: what went wrong, its text for the user (from the
+// UI-text table, or the XML reader's or network's own words), and the line the reader
+// stopped at (0 when the failure has no line, such as a feed that is too large).
 struct FeedError
 {
+    enum class Problem {
+        None,
+        Network,
+        Timeout,
+        TooLarge,
+        TooDeep,
+        TooMany,
+        EntityDeclaration,
+        Malformed
+    };
+
     QString reason;
     int line = 0;
+    Problem problem = Problem::None;
+
+    static FeedError tooLarge();
 };
 Q_DECLARE_METATYPE(FeedError)
 

@@ -1,6 +1,7 @@
 #include "core/feeds/feeddocument.h"
 
-#include "core/records/recordcodec.h"
+#include "core/base/textcodec.h"
+#include "core/base/uitexts.h"
 
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -199,10 +200,9 @@ bool checkStructure(const QString &text, FeedError *error)
         ++at;
         const bool tooDeep = text.at(at - 2) != u'/' && ++depth > FeedDocument::MaxDepth;
         if (tooDeep || ++elements > FeedDocument::MaxElements) {
-            error->reason = tooDeep ? QStringLiteral("Elements are nested deeper than %1 levels.")
-                                          .arg(FeedDocument::MaxDepth)
-                                    : QStringLiteral("Document has more than %1 elements.")
-                                          .arg(FeedDocument::MaxElements);
+            error->problem = tooDeep ? FeedError::Problem::TooDeep : FeedError::Problem::TooMany;
+            error->reason = tooDeep ? uiText(2092).arg(FeedDocument::MaxDepth)
+                                    : uiText(2093).arg(FeedDocument::MaxElements);
             error->line = countLines(QStringView(text).left(tagStart)) + 1;
             return false;
         }
@@ -212,7 +212,7 @@ bool checkStructure(const QString &text, FeedError *error)
 
 } // namespace
 
-QString FeedDocument::decode(const QByteArray &bytes, FeedError *error)
+QString FeedDocument::decode(const QByteArray &bytes, const QByteArray &charset)
 {
     int skip = 0;
     if (const auto wide = wideEncoding(bytes, &skip)) {
@@ -225,32 +225,32 @@ QString FeedDocument::decode(const QByteArray &bytes, FeedError *error)
     QStringDecoder utf8(QStringDecoder::Utf8);
     QString text = utf8.decode(body);
     const bool validUtf8 = !utf8.hasError();
-    const QByteArray label = declaredEncoding(bytes);
+    // The server's word on the charset comes before the document's own.
+    const QByteArray label
+        = charset.isEmpty() ? declaredEncoding(bytes) : charset.trimmed().toLower();
     if (label.isEmpty())
-        return validUtf8 ? text : RecordCodec::decodeWindows1252(body.toByteArray());
+        return validUtf8 ? text : TextCodec::decodeWindows1252(body);
     if (label == "utf-8" || label == "utf8")
         return text; // invalid sequences become replacement characters
     if (isWindows1252Label(label))
-        return validUtf8 ? text : RecordCodec::decodeWindows1252(body.toByteArray());
+        return validUtf8 ? text : TextCodec::decodeWindows1252(body);
     if (validUtf8)
-        return text; // an unknown label on plain ASCII or UTF-8 text
-    error->reason = QStringLiteral("Encoding %1 is unsupported").arg(QString::fromLatin1(label));
-    error->line = 1;
-    return {};
+        return text; // a legacy label on plain ASCII or UTF-8 text
+    if (std::optional<QString> legacy = TextCodec::decodeNamed(body, label, nullptr))
+        return *std::move(legacy);
+    return TextCodec::decodeWindows1252(body); // a name that no decoder knows
 }
 
-bool FeedDocument::setContent(const QByteArray &bytes, FeedError *error)
+bool FeedDocument::setContent(const QByteArray &bytes, FeedError *error, const QByteArray &charset)
 {
     m_dom.clear();
     *error = FeedError();
     if (isTooLarge(bytes.size())) {
-        error->reason = QStringLiteral("Document is larger than %1 MB.").arg(MaxBytes >> 20);
+        *error = FeedError::tooLarge();
         error->line = 0;
         return false;
     }
-    QString text = decode(bytes, error);
-    if (text.isEmpty() && !error->reason.isEmpty())
-        return false;
+    QString text = decode(bytes, charset);
 
     // A byte-order mark and blank lines before the declaration are skipped; line
     // numbers still count from the first line of the original.
@@ -262,7 +262,8 @@ bool FeedDocument::setContent(const QByteArray &bytes, FeedError *error)
         text.remove(0, start);
 
     if (const int line = entityDeclarationLine(text)) {
-        error->reason = QStringLiteral("Entity declarations are not accepted.");
+        error->problem = FeedError::Problem::EntityDeclaration;
+        error->reason = uiText(2094);
         error->line = line + skippedLines;
         return false;
     }
@@ -288,9 +289,15 @@ bool FeedDocument::setContent(const QByteArray &bytes, FeedError *error)
     }
     if (!parsed) {
         m_dom.clear();
+        error->problem = FeedError::Problem::Malformed;
         error->reason = message;
         error->line = line + skippedLines;
         return false;
     }
     return true;
+}
+
+FeedError FeedError::tooLarge()
+{
+    return {uiText(2091).arg(FeedDocument::MaxBytes >> 20), 0, Problem::TooLarge};
 }

@@ -1,19 +1,19 @@
 #include "core/feeds/feedfetcher.h"
 
+#include "core/base/uitexts.h"
 #include "core/feeds/feeddocument.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QRegularExpression>
 
 FeedFetcher::FeedFetcher(QNetworkAccessManager *manager, QObject *parent)
     : QObject(parent)
     , m_manager(manager)
 {
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, [this] {
-        fail(QStringLiteral("No complete answer within %1 seconds.").arg(m_timeoutMs / 1000.0));
-    });
+    connect(&m_timer, &QTimer::timeout, this, &FeedFetcher::timedOut);
 }
 
 FeedFetcher::~FeedFetcher()
@@ -25,6 +25,7 @@ void FeedFetcher::fetch(const QUrl &url)
 {
     abort();
     m_bytes.clear();
+    m_charset.clear();
     QNetworkRequest request(url);
     request.setAttribute(
         QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
@@ -54,12 +55,12 @@ void FeedFetcher::readAvailable()
         return;
     const QVariant announced = m_reply->header(QNetworkRequest::ContentLengthHeader);
     if (announced.isValid() && FeedDocument::isTooLarge(announced.toLongLong())) {
-        fail(QStringLiteral("Document is larger than %1 MB.").arg(FeedDocument::MaxBytes >> 20));
+        fail(FeedError::tooLarge());
         return;
     }
     m_bytes += m_reply->read(FeedDocument::MaxBytes + 1 - m_bytes.size());
     if (FeedDocument::isTooLarge(m_bytes.size()))
-        fail(QStringLiteral("Document is larger than %1 MB.").arg(FeedDocument::MaxBytes >> 20));
+        fail(FeedError::tooLarge());
 }
 
 void FeedFetcher::complete()
@@ -70,20 +71,34 @@ void FeedFetcher::complete()
     readAvailable();
     if (!m_reply)
         return; // too large, already reported
+    if (reply->error() == QNetworkReply::OperationCanceledError
+        || reply->error() == QNetworkReply::TimeoutError) {
+        timedOut(); // the transfer's own time-out; abort() cancels without a report
+        return;
+    }
     if (reply->error() != QNetworkReply::NoError) {
-        fail(reply->errorString());
+        fail({reply->errorString(), 0, FeedError::Problem::Network});
         return;
     }
     m_timer.stop();
     m_reply.clear();
     reply->deleteLater();
+    static const QRegularExpression charset(QStringLiteral("charset\\s*=\\s*\"?([A-Za-z0-9._:-]+)"),
+        QRegularExpression::CaseInsensitiveOption);
+    const QString type = reply->header(QNetworkRequest::ContentTypeHeader).toString();
+    m_charset = charset.match(type).captured(1).toLatin1();
     const QByteArray bytes = std::exchange(m_bytes, QByteArray());
     Q_EMIT finished(bytes, FeedError());
 }
 
-void FeedFetcher::fail(const QString &reason)
+void FeedFetcher::timedOut()
+{
+    fail({uiText(2090).arg(m_timeoutMs / 1000.0), 0, FeedError::Problem::Timeout});
+}
+
+void FeedFetcher::fail(const FeedError &error)
 {
     abort();
     m_bytes.clear();
-    Q_EMIT finished(QByteArray(), FeedError {reason, 0});
+    Q_EMIT finished(QByteArray(), error);
 }

@@ -29,6 +29,8 @@ public:
     // Starts a fetch, ending any earlier one without reporting it.
     void fetch(const QUrl &url);
     void abort();
+    // The charset the server named in the content type of the last fetch, if any.
+    const QByteArray &charset() const { return m_charset; }
 
 Q_SIGNALS:
     // Exactly once per fetch: the bytes, or an error with an empty `bytes`.
@@ -37,11 +39,13 @@ Q_SIGNALS:
 private:
     void readAvailable();
     void complete();
-    void fail(const QString &reason);
+    void timedOut();
+    void fail(const FeedError &error);
 
     QNetworkAccessManager *m_manager;
     QPointer<QNetworkReply> m_reply;
     QByteArray m_bytes;
+    QByteArray m_charset;
     QTimer m_timer;
     int m_timeoutMs = 30000;
 };

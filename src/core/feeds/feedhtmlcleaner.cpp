@@ -2,15 +2,57 @@
 
 #include "core/feeds/feedhtmlrules.h"
 #include "core/feeds/feedhtmlscan.h"
+#include "core/html/parsearena.h"
 
+#include <algorithm>
 #include <gumbo.h>
 
 namespace {
 
 using namespace FeedHtmlRules;
 
-// Walks the parsed fragment: decides whether anything must go and writes the cleaned
-// markup (or, in text mode, only the text).
+// The attribute's name, lower-cased (the parser already lower-cases HTML attributes,
+// so this rarely copies).
+QByteArray attributeName(const GumboAttribute *attribute)
+{
+    const QByteArray name = QByteArray::fromRawData(attribute->name, qstrlen(attribute->name));
+    return std::any_of(name.cbegin(), name.cend(), [](char c) { return c >= 'A' && c <= 'Z'; })
+        ? name.toLower()
+        : name;
+}
+
+bool keepsAttribute(const QByteArray &name, const char *value)
+{
+    if (!isAllowedAttribute(name))
+        return false;
+    if (isUrlAttribute(name))
+        return !FeedHtmlCleaner::isUnsafeUrl(QString::fromUtf8(value));
+    return name != "style" || !isUnsafeStyle(QString::fromUtf8(value));
+}
+
+// True when the cleaner would leave out or replace anything in the parsed fragment.
+bool needsCleaning(const GumboVector &children)
+{
+    for (unsigned int i = 0; i < children.length; ++i) {
+        const auto *node = static_cast<const GumboNode *>(children.data[i]);
+        if (node->type != GUMBO_NODE_ELEMENT && node->type != GUMBO_NODE_TEMPLATE)
+            continue;
+        const GumboElement &element = node->v.element;
+        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag)
+            || !isAllowed(element.tag))
+            return true;
+        for (unsigned int a = 0; a < element.attributes.length; ++a) {
+            const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[a]);
+            if (!keepsAttribute(attributeName(attribute), attribute->value))
+                return true;
+        }
+        if (needsCleaning(element.children))
+            return true;
+    }
+    return false;
+}
+
+// Writes the cleaned markup of a parsed fragment (or, in text mode, only its text).
 class Writer
 {
 public:
@@ -25,7 +67,6 @@ public:
     }
 
     QString output;
-    bool changed = false;
 
 private:
     void writeNode(const GumboNode *node)
@@ -49,13 +90,9 @@ private:
 
     void writeElement(const GumboElement &element)
     {
-        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag)) {
-            changed = true;
+        if (element.tag_namespace != GUMBO_NAMESPACE_HTML || isDropped(element.tag))
             return;
-        }
         if (m_textOnly || !isAllowed(element.tag)) {
-            if (!m_textOnly)
-                changed = true;
             writeChildren(element.children);
             return;
         }
@@ -63,16 +100,11 @@ private:
         output += u'<' + name;
         for (unsigned int i = 0; i < element.attributes.length; ++i) {
             const auto *attribute = static_cast<const GumboAttribute *>(element.attributes.data[i]);
-            const QByteArray attributeName = QByteArray(attribute->name).toLower();
-            const QString value = QString::fromUtf8(attribute->value);
-            if (!isAllowedAttribute(attributeName)
-                || (isUrlAttribute(attributeName) && FeedHtmlCleaner::isUnsafeUrl(value))
-                || (attributeName == "style" && isUnsafeStyle(value))) {
-                changed = true;
+            const QByteArray name = attributeName(attribute);
+            if (!keepsAttribute(name, attribute->value))
                 continue;
-            }
-            output += u' ' + QString::fromLatin1(attributeName) + u"=\""
-                + FeedHtmlCleaner::escape(value) + u'"';
+            output += u' ' + QString::fromLatin1(name) + u"=\""
+                + FeedHtmlCleaner::escape(QString::fromUtf8(attribute->value)) + u'"';
         }
         output += u'>';
         if (isVoid(element.tag))
@@ -102,10 +134,13 @@ QString withoutTags(const QString &html)
     return FeedHtmlCleaner::escape(text);
 }
 
-template<typename Visit> void parseFragment(const QString &html, Visit visit)
+template<typename Visit> void parseFragment(const QString &html, ParseArena &arena, Visit visit)
 {
     const QByteArray utf8 = html.toUtf8();
     GumboOptions options = kGumboDefaultOptions;
+    options.allocator = &ParseArena::allocateIn;
+    options.deallocator = &ParseArena::deallocateIn;
+    options.userdata = &arena;
     options.fragment_context = GUMBO_TAG_DIV;
     options.max_errors = 1;
     GumboOutput *parsed = gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size()));
@@ -114,6 +149,16 @@ template<typename Visit> void parseFragment(const QString &html, Visit visit)
 }
 
 } // namespace
+
+FeedHtmlCleaner::Budget::Budget() = default;
+FeedHtmlCleaner::Budget::~Budget() = default;
+
+ParseArena &FeedHtmlCleaner::Budget::arena()
+{
+    if (!m_arena)
+        m_arena = std::make_unique<ParseArena>();
+    return *m_arena;
+}
 
 bool FeedHtmlCleaner::Budget::take(int depth)
 {
@@ -125,23 +170,24 @@ bool FeedHtmlCleaner::Budget::take(int depth)
 
 QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
 {
-    // Text without a tag cannot hold markup of any kind; simple well-formed markup of
-    // allowed elements is recognised without building a tree.
-    if (!html.contains(u'<') || FeedHtmlScan::isSafeAsWritten(html))
+    // Text without a tag cannot hold markup of any kind.
+    if (!html.contains(u'<'))
         return html;
-    return cleanByTree(html, budget);
-}
-
-QString FeedHtmlCleaner::cleanByTree(const QString &html, Budget *budget)
-{
     Budget single;
-    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+    Budget &spent = budget ? *budget : single;
+    if (!spent.take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString cleaned;
-    parseFragment(html, [&](const GumboOutput *parsed) {
+    parseFragment(html, spent.arena(), [&](const GumboOutput *parsed) {
+        const GumboVector &children = parsed->root->v.element.children;
+        // Well-formed markup with nothing to leave out stays as the feed wrote it.
+        if (parsed->errors.length == 0 && !needsCleaning(children)) {
+            cleaned = html;
+            return;
+        }
         Writer writer(false);
-        writer.writeChildren(parsed->root->v.element.children);
-        cleaned = writer.changed || parsed->errors.length > 0 ? writer.output : html;
+        writer.writeChildren(children);
+        cleaned = writer.output;
     });
     return cleaned;
 }
@@ -151,10 +197,11 @@ QString FeedHtmlCleaner::toPlainText(const QString &html, Budget *budget)
     if (!html.contains(u'<') && !html.contains(u'&'))
         return html;
     Budget single;
-    if (!(budget ? budget : &single)->take(FeedHtmlScan::nestingEstimate(html)))
+    Budget &spent = budget ? *budget : single;
+    if (!spent.take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString text;
-    parseFragment(html, [&](const GumboOutput *parsed) {
+    parseFragment(html, spent.arena(), [&](const GumboOutput *parsed) {
         Writer writer(true);
         writer.writeChildren(parsed->root->v.element.children);
         text = writer.output;

@@ -176,11 +176,11 @@ QString Feed::formatTag(Format format)
     return {};
 }
 
-FeedParseResult FeedParser::parse(const QByteArray &bytes)
+FeedParseResult FeedParser::parse(const QByteArray &bytes, const QByteArray &charset)
 {
     FeedDocument document;
     FeedParseResult result;
-    if (!document.setContent(bytes, &result.error)) {
+    if (!document.setContent(bytes, &result.error, charset)) {
         result.status = FeedParseResult::Status::XmlError;
         return result;
     }

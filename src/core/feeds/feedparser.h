@@ -23,6 +23,7 @@ public:
     // the page of a huge feed must stay of bounded size.
     static constexpr int MaxItems = 10000;
 
-    static FeedParseResult parse(const QByteArray &bytes);
+    // `charset`: the one the server named for the bytes, if any.
+    static FeedParseResult parse(const QByteArray &bytes, const QByteArray &charset = {});
     static FeedParseResult read(const QDomDocument &document);
 };

@@ -1,6 +1,6 @@
 #include "core/html/htmlsource.h"
 
-#include "core/records/recordcodec.h"
+#include "core/base/textcodec.h"
 
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -36,15 +36,11 @@ QString decodeAs(const QByteArray &label, const QByteArray &bytes, QString *name
         return QString::fromUtf8(bytes);
     }
     if (!latin.contains(lower)) {
-        const auto encoding = QStringConverter::encodingForName(lower.constData());
-        if (encoding && *encoding != QStringConverter::System) {
-            QStringDecoder decoder(*encoding);
-            *name = QString::fromLatin1(lower);
-            return decoder.decode(bytes);
-        }
+        if (std::optional<QString> text = TextCodec::decodeNamed(bytes, lower, name))
+            return *std::move(text);
     }
     *name = QStringLiteral("windows-1252");
-    return RecordCodec::decodeWindows1252(bytes);
+    return TextCodec::decodeWindows1252(bytes);
 }
 } // namespace
 
@@ -93,12 +89,12 @@ Decoded decode(const QByteArray &bytes)
         decoded.text = decodeAs(label, bytes, &decoded.encoding);
         return decoded;
     }
-    if (RecordCodec::isValidUtf8(bytes)) {
+    if (TextCodec::isValidUtf8(bytes)) {
         decoded.encoding = QStringLiteral("UTF-8");
         decoded.text = QString::fromUtf8(bytes);
     } else {
         decoded.encoding = QStringLiteral("windows-1252");
-        decoded.text = RecordCodec::decodeWindows1252(bytes);
+        decoded.text = TextCodec::decodeWindows1252(bytes);
     }
     return decoded;
 }
@@ -109,7 +105,7 @@ QByteArray toUtf8(const QByteArray &bytes, QString *encoding)
     const QByteArray label = bom ? QByteArray() : metaCharset(bytes).trimmed().toLower();
     const bool utf8 = bom || label == "utf-8" || label == "utf8"
         || (label.isEmpty() && !bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF")
-            && RecordCodec::isValidUtf8(bytes));
+            && TextCodec::isValidUtf8(bytes));
     if (utf8) {
         *encoding = QStringLiteral("UTF-8");
         // Invalid sequences in a file that says it is UTF-8 are the parser's to replace.

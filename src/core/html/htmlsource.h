@@ -5,8 +5,8 @@
 
 // Turns the bytes of an HTML file into text the way a browser picks the encoding: a
 // byte-order mark or a meta charset in the head wins; otherwise UTF-8 when the bytes
-// are valid UTF-8, else Windows-1252. A charset that this Qt cannot decode falls back
-// to Windows-1252.
+// are valid UTF-8, else Windows-1252. Legacy charsets are decoded by the system's ICU;
+// only a charset that is not known at all falls back to Windows-1252.
 namespace HtmlSource {
 
 struct Decoded

@@ -41,17 +41,12 @@ QByteArray Book::encodeRecord(const Thema &folder, qint32 number)
 bool Book::LoadAllThema()
 {
     m_outcomes.last = {};
-    const RecordFile::Buffer read = RecordFile::readBuffer(indexPath(), RecordLength);
-    m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
-
     KeyedList<Thema> folders;
-    folders.reserve(std::min<qsizetype>(read.count(), 32767));
     QSet<QString> fileNames;
-    for (qsizetype i = 0; i < read.count(); ++i) {
+    const auto take = [this, &folders, &fileNames](QByteArrayView record) {
         if (folders.count() >= 32767) // folder numbers are 16-bit
-            break;
-        const QByteArrayView record = read.record(i);
-        const RecordReader reader(record.toByteArray(), RecordLength);
+            return false;
+        const RecordReader reader(record, RecordLength);
         Thema folder(m_dataFolder);
         const qint32 number = reader.int32(NrAt);
         folder.Nr = qint16(number);
@@ -63,20 +58,27 @@ bool Book::LoadAllThema()
                 free = free == 32767 ? 1 : qint16(free + 1);
             folder.Nr = free;
         }
-        folder.FileName = ArchiveFiles::recordText(record, FileNameAt, FileNameWidth);
+        folder.FileName = reader.text(FileNameAt, FileNameWidth, RecordCodec::Trim::Blanks);
         // A file named twice is the first folder's: the other must not read, save over
         // or delete it.
         if (!fileNames.contains(folder.FileName))
             fileNames.insert(folder.FileName);
         else
             folder.refuseFile();
-        folder.initDirName(ArchiveFiles::recordText(record, DirNameAt, DirNameWidth));
+        folder.initDirName(reader.text(DirNameAt, DirNameWidth, RecordCodec::Trim::Blanks));
         folder.IsEdit = false;
         folder.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, folder.Sequenz);
         const QString key = folderKey(folder.Nr);
         folders.add(key, std::move(folder));
-    }
+        return true;
+    };
+    const RecordFile::ReadStatus read
+        = RecordFile::readEach(indexPath(), RecordLength, RecordFile::Missing::CreateEmpty, take);
+    m_outcomes.note(read.outcome(indexPath()));
+    // An index that could not be read to its end names no folder.
+    if (!read.ok())
+        folders.clear();
     if (folders.isEmpty()) {
         ItCounter = 0;
         return false;
@@ -105,6 +107,7 @@ bool Book::SaveAllThema()
     // is missing.
     FileOutcome index {indexPath(), {}, {}};
     if (!RecordFile::writeAll(index.path, records, &index.error)) {
+        index.problem = FileOutcome::Problem::CannotWrite;
         m_outcomes.note(index);
         return false;
     }

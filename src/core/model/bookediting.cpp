@@ -155,20 +155,30 @@ QString sortKey(const QString &text)
     return key.toCaseFolded();
 }
 
-bool sortsBefore(const QString &a, const QString &b)
+SortName sortName(const QString &name)
 {
-    const int byKey = QString::compare(sortKey(a), sortKey(b));
+    return {sortKey(name), name};
+}
+
+bool sortsBefore(const SortName &a, const SortName &b)
+{
+    const int byKey = QString::compare(a.key, b.key);
     if (byKey != 0)
         return byKey < 0;
     // Equal under folding: the plain letter before the umlaut, then by case.
-    return QString::compare(a, b, Qt::CaseInsensitive) < 0
-        || (QString::compare(a, b, Qt::CaseInsensitive) == 0 && a < b);
+    const int caseBlind = QString::compare(a.name, b.name, Qt::CaseInsensitive);
+    return caseBlind < 0 || (caseBlind == 0 && a.name < b.name);
+}
+
+bool sortsBefore(const QString &a, const QString &b)
+{
+    return sortsBefore(sortName(a), sortName(b));
 }
 
 void sortFolders(Book &book)
 {
-    book.colThema.sortBy(
-        [](const Thema &a, const Thema &b) { return sortsBefore(a.DirName(), b.DirName()); });
+    book.colThema.sortByKey([](const Thema &folder) { return sortName(folder.DirName()); },
+        [](const SortName &a, const SortName &b) { return sortsBefore(a, b); });
     for (qsizetype i = 0; i < book.colThema.count(); ++i)
         book.colThema.at(i).Order = qint16(std::min<qsizetype>(i + 1, 32767));
     book.IsEdit = true;
@@ -178,9 +188,9 @@ void sortBookmarks(Book &book, Thema &folder)
 {
     if (!book.ensureLoaded(folder).ok() || !folder.colBookmark)
         return;
-    folder.colBookmark->sortBy([](const Bookmark &a, const Bookmark &b) {
-        return sortsBefore(FeedMark::displayTitle(a.Titel), FeedMark::displayTitle(b.Titel));
-    });
+    folder.colBookmark->sortByKey(
+        [](const Bookmark &b) { return sortName(FeedMark::displayTitle(b.Titel)); },
+        [](const SortName &a, const SortName &b) { return sortsBefore(a, b); });
     for (qsizetype i = 0; i < folder.colBookmark->count(); ++i)
         folder.colBookmark->at(i).Order = qint16(std::min<qsizetype>(i + 1, 32767));
     folder.IsEdit = true;

@@ -47,6 +47,14 @@ void sortBookmarks(Book &book, Thema &folder);
 // The comparison key: case folded, umlauts and other accents folded onto their base
 // letter and ß onto "ss", as a German dictionary orders (Ärger next to Arger).
 QString sortKey(const QString &text);
+// A name with its comparison key, made once for each name that is sorted.
+struct SortName
+{
+    QString key;
+    QString name;
+};
+SortName sortName(const QString &name);
+bool sortsBefore(const SortName &a, const SortName &b);
 bool sortsBefore(const QString &a, const QString &b);
 
 } // namespace BookEditing

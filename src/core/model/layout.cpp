@@ -39,11 +39,11 @@ WindowDescription decodeRecord(const QByteArray &record)
     window.top = reader.int16(TopAt);
     window.width = reader.int16(WidthAt);
     window.height = reader.int16(HeightAt);
-    window.address = ArchiveFiles::recordText(record, AddressAt, AddressWidth);
+    window.address = reader.text(AddressAt, AddressWidth, RecordCodec::Trim::Blanks);
     window.addressBarVisible = reader.int16(FirstBandAt);
     window.toolbarVisible = reader.int16(ThirdBandAt);
     window.windowState = reader.int16(StateAt);
-    window.caption = ArchiveFiles::recordText(record, CaptionAt, CaptionWidth);
+    window.caption = reader.text(CaptionAt, CaptionWidth, RecordCodec::Trim::Blanks);
     return window;
 }
 
@@ -56,15 +56,15 @@ FileOutcome SaveLayout(const QString &path, const QList<WindowDescription> &wind
 {
     FileOutcome outcome;
     outcome.path = RecordCodec::trimBlanks(path);
-    if (!isLayoutFileName(outcome.path)) {
-        outcome.error = QStringLiteral("not a layout file (*.wlt): %1").arg(outcome.path);
-        return outcome;
-    }
+    if (!isLayoutFileName(outcome.path))
+        return FileOutcome::failed(outcome.path, FileOutcome::Problem::InvalidName,
+            FileOutcome::invalidNameReason(outcome.path));
     QList<QByteArray> records;
     records.reserve(windows.size());
     for (qsizetype i = 0; i < windows.size(); ++i)
         records.append(encodeRecord(windows.at(i), qint16(std::min<qsizetype>(i + 1, 32767))));
-    RecordFile::writeAll(outcome.path, records, &outcome.error);
+    if (!RecordFile::writeAll(outcome.path, records, &outcome.error))
+        outcome.problem = FileOutcome::Problem::CannotWrite;
     return outcome;
 }
 
@@ -75,14 +75,13 @@ ReadResult LoadLayout(const QString &path)
     // Anything else, the data folder's own files above all, is neither read as a
     // layout nor moved aside for not being one.
     if (!isLayoutFileName(result.outcome.path)) {
-        result.outcome.error
-            = QStringLiteral("not a layout file (*.wlt): %1").arg(result.outcome.path);
+        result.outcome = FileOutcome::failed(result.outcome.path, FileOutcome::Problem::InvalidName,
+            FileOutcome::invalidNameReason(result.outcome.path));
         return result;
     }
     const RecordFile::ReadResult read
         = RecordFile::readAll(result.outcome.path, RecordLength, RecordFile::Missing::LeaveAbsent);
-    result.outcome.movedAsidePath = read.movedAsidePath;
-    result.outcome.error = read.error;
+    result.outcome = read.outcome(result.outcome.path);
     result.windows.reserve(read.records.size());
     for (const QByteArray &record : read.records)
         result.windows.append(decodeRecord(record));

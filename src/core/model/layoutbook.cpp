@@ -38,16 +38,16 @@ bool LayoutBook::LoadAllLayouts()
 {
     m_outcomes.last = {};
     const RecordFile::ReadResult read = RecordFile::readAll(indexPath(), RecordLength);
-    m_outcomes.note({indexPath(), read.movedAsidePath, read.error});
+    m_outcomes.note(read.outcome(indexPath()));
     colLayout.clear();
     colLayout.reserve(read.records.size());
     QSet<QString> fileNames;
     for (const QByteArray &record : read.records) {
         const RecordReader reader(record, RecordLength);
         LayoutItem item(m_dataFolder);
-        item.FileName = ArchiveFiles::recordText(record, FileNameAt, FileNameWidth);
-        item.LayoutName = ArchiveFiles::recordText(record, NameAt, NameWidth);
-        item.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth);
+        item.FileName = reader.text(FileNameAt, FileNameWidth, RecordCodec::Trim::Blanks);
+        item.LayoutName = reader.text(NameAt, NameWidth, RecordCodec::Trim::Blanks);
+        item.Info = reader.text(InfoAt, InfoWidth, RecordCodec::Trim::Blanks);
         item.IsEdit = false;
         item.Sequenz = reader.int32(SequenzAt);
         SequenzMax = std::max(SequenzMax, item.Sequenz);
@@ -85,6 +85,7 @@ bool LayoutBook::SaveAllLayouts()
     }
     FileOutcome index {indexPath(), {}, {}};
     if (!RecordFile::writeAll(index.path, records, &index.error)) {
+        index.problem = FileOutcome::Problem::CannotWrite;
         m_outcomes.note(index);
         return false;
     }

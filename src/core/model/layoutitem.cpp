@@ -53,8 +53,8 @@ FensterInfo LayoutItem::decodeRecord(const QByteArray &record)
     window.y = reader.int16(YAt);
     window.Breite = reader.int16(BreiteAt);
     window.Hoehe = reader.int16(HoeheAt);
-    window.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
-    window.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
+    window.URL = reader.text(UrlAt, UrlWidth, RecordCodec::Trim::Blanks);
+    window.Titel = reader.text(TitelAt, TitelWidth, RecordCodec::Trim::Blanks);
     window.ToolbarVisible = reader.int16(ToolbarAt);
     window.AdressbarVisible = reader.int16(AdressbarAt);
     window.WindowState = reader.int16(WindowStateAt);
@@ -63,17 +63,13 @@ FensterInfo LayoutItem::decodeRecord(const QByteArray &record)
 
 FileOutcome LayoutItem::SaveAllFensterInfos()
 {
+    if (!m_fileRefused)
+        FileName = fileNameFor(Sequenz);
     FileOutcome outcome;
-    if (m_fileRefused) {
-        outcome.error = QStringLiteral("invalid layout file name: %1").arg(FileName);
-        return outcome;
-    }
-    FileName = fileNameFor(Sequenz);
     outcome.path = filePath();
-    if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid layout file name: %1").arg(FileName);
-        return outcome;
-    }
+    if (outcome.path.isEmpty())
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     QList<QByteArray> records;
     records.reserve(colFensterInfo.size());
     for (qsizetype i = 0; i < colFensterInfo.size(); ++i)
@@ -81,6 +77,8 @@ FileOutcome LayoutItem::SaveAllFensterInfos()
             encodeRecord(colFensterInfo.at(i), qint16(std::min<qsizetype>(i + 1, 32767))));
     if (RecordFile::writeAll(outcome.path, records, &outcome.error))
         IsEdit = false;
+    else
+        outcome.problem = FileOutcome::Problem::CannotWrite;
     return outcome;
 }
 
@@ -91,12 +89,11 @@ FileOutcome LayoutItem::LoadAllFensterInfos()
     colFensterInfo.clear();
     ItCounter = 0;
     if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid layout file name: %1").arg(FileName);
-        return outcome;
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     }
     const RecordFile::ReadResult read = RecordFile::readAll(outcome.path, RecordLength);
-    outcome.movedAsidePath = read.movedAsidePath;
-    outcome.error = read.error;
+    outcome = read.outcome(outcome.path);
     colFensterInfo.reserve(read.records.size());
     for (const QByteArray &record : read.records)
         colFensterInfo.append(decodeRecord(record));

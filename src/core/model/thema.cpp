@@ -5,7 +5,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QtEndian>
 
 namespace {
 // Folder file record: number, title, address, description, two flags.
@@ -87,42 +86,42 @@ void Thema::encodeRecordTo(char *out, const Bookmark &bookmark, qint16 number)
 
 Bookmark Thema::decodeRecord(QByteArrayView record)
 {
-    if (record.size() < RecordLength) { // a short record reads as if padded with zero bytes
-        QByteArray padded = record.toByteArray();
-        padded.append(RecordLength - padded.size(), '\0');
-        return decodeRecord(padded);
-    }
+    const RecordReader reader(record, RecordLength);
     Bookmark bookmark;
-    bookmark.Nr = qFromLittleEndian<qint16>(record.constData() + NrAt);
-    bookmark.Titel = ArchiveFiles::recordText(record, TitelAt, TitelWidth);
-    bookmark.URL = ArchiveFiles::recordText(record, UrlAt, UrlWidth);
+    bookmark.Nr = reader.int16(NrAt);
+    bookmark.Titel = reader.text(TitelAt, TitelWidth, RecordCodec::Trim::Blanks);
+    bookmark.URL = reader.text(UrlAt, UrlWidth, RecordCodec::Trim::Blanks);
     // A description keeps its line breaks, but a blank left before one by the fixed
     // width of the field is dropped.
-    bookmark.Info = ArchiveFiles::recordText(record, InfoAt, InfoWidth)
-                        .replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
-    bookmark.Adresszeile = qFromLittleEndian<qint16>(record.constData() + AdresszeileAt);
-    bookmark.Toolbar = qFromLittleEndian<qint16>(record.constData() + ToolbarAt);
+    bookmark.Info = reader.text(InfoAt, InfoWidth, RecordCodec::Trim::Blanks);
+    if (bookmark.Info.contains(u'\n'))
+        bookmark.Info.replace(QStringLiteral(" \r\n"), QStringLiteral("\r\n"));
+    bookmark.Adresszeile = reader.int16(AdresszeileAt);
+    bookmark.Toolbar = reader.int16(ToolbarAt);
     return bookmark;
 }
 
 FileOutcome Thema::LoadBookmarks()
 {
+    if (filePath().isEmpty())
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     FileOutcome outcome;
     outcome.path = filePath();
-    if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
-        return outcome;
-    }
     KeyedList<Bookmark> bookmarks;
     bookmarks.reserve(std::min<qint64>(QFileInfo(outcome.path).size() / RecordLength, 32767));
-    const auto take = [this, &bookmarks](QByteArrayView record) {
+    bool sequential = true;
+    const auto take = [this, &bookmarks, &sequential](QByteArrayView record) {
         if (bookmarks.count() >= 32767) // the numbers are 16-bit
             return false;
         Bookmark bookmark = decodeRecord(record);
         // Numbers are positions in files this program writes; a damaged file with a
         // number twice or out of range still keeps every entry.
         QString key = bookmarkKey(bookmark.Nr);
-        if (bookmark.Nr < 1 || bookmarks.contains(key)) {
+        // Numbered 1, 2, 3 ... as this program writes them, the next number is free.
+        const bool next = sequential && bookmark.Nr == bookmarks.count() + 1;
+        sequential = next;
+        if (!next && (bookmark.Nr < 1 || bookmarks.contains(key))) {
             qint16 free = qint16(std::min<qsizetype>(bookmarks.count() + 1, 32767));
             while (bookmarks.contains(bookmarkKey(free)))
                 free = free == 32767 ? 1 : qint16(free + 1);
@@ -132,10 +131,9 @@ FileOutcome Thema::LoadBookmarks()
         bookmarks.add(key, std::move(bookmark));
         return true;
     };
-    const RecordFile::Buffer read
+    const RecordFile::ReadStatus read
         = RecordFile::readEach(outcome.path, RecordLength, RecordFile::Missing::CreateEmpty, take);
-    outcome.movedAsidePath = read.movedAsidePath;
-    outcome.error = read.error;
+    outcome = read.outcome(outcome.path);
     // A file that could not be read to its end gives no bookmarks at all.
     if (!read.ok())
         bookmarks.clear();
@@ -161,18 +159,18 @@ FileOutcome Thema::ensureLoaded()
 
 FileOutcome Thema::SaveBookmarks()
 {
+    if (filePath().isEmpty())
+        return FileOutcome::failed(
+            FileName, FileOutcome::Problem::InvalidName, FileOutcome::invalidNameReason(FileName));
     FileOutcome outcome;
     outcome.path = filePath();
-    if (outcome.path.isEmpty()) {
-        outcome.error = QStringLiteral("invalid folder file name: %1").arg(FileName);
-        return outcome;
-    }
     if (colBookmark) {
         // Every record is encoded in place in the file's bytes.
         QByteArray bytes(colBookmark->count() * RecordLength, Qt::Uninitialized);
         for (qsizetype i = 0; i < colBookmark->count(); ++i)
             encodeRecordTo(bytes.data() + i * RecordLength, colBookmark->at(i), qint16(i + 1));
-        RecordFile::writeBytes(outcome.path, bytes, &outcome.error);
+        if (!RecordFile::writeBytes(outcome.path, bytes, &outcome.error))
+            outcome.problem = FileOutcome::Problem::CannotWrite;
     }
     if (outcome.ok())
         IsEdit = false;

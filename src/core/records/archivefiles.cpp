@@ -1,16 +1,9 @@
 #include "core/records/archivefiles.h"
 
-#include "core/records/recordcodec.h"
-
 #include <QFileInfo>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace ArchiveFiles {
 
@@ -41,43 +34,6 @@ QString ownFilePath(const QString &folder, const QString &fileName, FileKind kin
     if (info.isSymLink() || (info.exists() && !info.isFile()))
         return {};
     return path;
-}
-
-QString recordText(QByteArrayView record, int offset, int width)
-{
-    if (record.size() < offset + width)
-        return RecordReader(record.toByteArray(), offset + width)
-            .text(offset, width, RecordCodec::Trim::Blanks);
-    const char *field = record.constData() + offset;
-    int used = width;
-    // The padding is long (an address field is 2,083 bytes): skip it a block at a time.
-#if defined(__SSE2__)
-    const __m128i blank = _mm_set1_epi8(' ');
-    while (used >= 64) {
-        const auto *at = reinterpret_cast<const __m128i *>(field + used - 64);
-        const __m128i same = _mm_and_si128(_mm_and_si128(_mm_cmpeq_epi8(_mm_loadu_si128(at), blank),
-                                               _mm_cmpeq_epi8(_mm_loadu_si128(at + 1), blank)),
-            _mm_and_si128(_mm_cmpeq_epi8(_mm_loadu_si128(at + 2), blank),
-                _mm_cmpeq_epi8(_mm_loadu_si128(at + 3), blank)));
-        if (_mm_movemask_epi8(same) != 0xFFFF)
-            break;
-        used -= 64;
-    }
-#endif
-    constexpr quint64 blanks = 0x2020202020202020ULL;
-    while (used >= 8) {
-        quint64 word;
-        std::memcpy(&word, field + used - 8, sizeof word);
-        if (word != blanks)
-            break;
-        used -= 8;
-    }
-    while (used > 0 && field[used - 1] == ' ')
-        --used;
-    // NUL bytes before the blanks are the codec's business: it sees the whole field.
-    if (used > 0 && field[used - 1] == '\0')
-        used = width;
-    return RecordCodec::decodeText(QByteArrayView(field, used), RecordCodec::Trim::Blanks);
 }
 
 qint16 roundTwips(double value)

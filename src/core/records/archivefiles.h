@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/records/fileoutcome.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -25,42 +27,8 @@ bool isOwnFileName(const QString &fileName, FileKind kind);
 // but a regular file: such a name is never read, written or deleted.
 QString ownFilePath(const QString &folder, const QString &fileName, FileKind kind);
 
-// A text field of a whole record, decoded as RecordReader::text does with blanks
-// trimmed, but without first copying the field's padding around: most of an address
-// field is blanks.
-QString recordText(QByteArrayView record, int offset, int width);
-
 // Twips geometry as the record files store it: rounded to the nearest integer, halves
 // to the even neighbour, and held to the signed 16-bit range instead of wrapping.
 qint16 roundTwips(double value);
 
 } // namespace ArchiveFiles
-
-// What happened to one data file while it was read or written.
-struct FileOutcome
-{
-    QString path;
-    // The file did not hold whole records and was moved here; the caller tells the user.
-    QString movedAsidePath;
-    // The file could not be read or written.
-    QString error;
-
-    bool ok() const { return error.isEmpty(); }
-    bool wasMovedAside() const { return !movedAsidePath.isEmpty(); }
-};
-
-// What an archive remembers of its files for the user: the last file that went
-// wrong, and every file moved aside since the archive was made.
-struct FileOutcomeLog
-{
-    FileOutcome last;
-    QStringList movedAside;
-
-    void note(const FileOutcome &outcome)
-    {
-        if (outcome.wasMovedAside())
-            movedAside.append(outcome.movedAsidePath);
-        if (!outcome.ok() || outcome.wasMovedAside())
-            last = outcome;
-    }
-};

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 // An ordered collection whose items can also be found by a string key, as the archive
@@ -40,13 +42,15 @@ public:
     // Inserts before `index` (0 puts the item first, count() appends).
     T *insert(qsizetype index, const QString &key, T item)
     {
-        if (m_index.contains(key))
+        // One look-up: the slot is made, or found taken.
+        const qsizetype before = m_index.size();
+        qsizetype &slot = m_index[key];
+        if (m_index.size() == before)
             return nullptr;
         index = std::clamp<qsizetype>(index, 0, count());
+        slot = index;
         m_items.insert(m_items.begin() + index, Entry {key, std::make_unique<T>(std::move(item))});
-        if (index == count() - 1)
-            m_index.insert(key, index);
-        else
+        if (index != count() - 1)
             reindexFrom(index);
         return m_items.at(size_t(index)).item.get();
     }
@@ -73,11 +77,19 @@ public:
         m_index.clear();
     }
 
-    // Reorders the items stably by a "less than" on the items.
-    template<typename Less> void sortBy(Less less)
+    // Reorders the items stably by a key computed once for each item (not once for each
+    // comparison), compared with a "less than" on keys.
+    template<typename KeyOf, typename Less> void sortByKey(KeyOf keyOf, Less less)
     {
-        std::stable_sort(m_items.begin(), m_items.end(),
-            [&less](const Entry &a, const Entry &b) { return less(*a.item, *b.item); });
+        using Key = std::decay_t<decltype(keyOf(std::declval<const T &>()))>;
+        std::vector<std::pair<Key, Entry>> keyed;
+        keyed.reserve(m_items.size());
+        for (Entry &entry : m_items)
+            keyed.emplace_back(keyOf(*entry.item), std::move(entry));
+        std::stable_sort(keyed.begin(), keyed.end(),
+            [&less](const auto &a, const auto &b) { return less(a.first, b.first); });
+        for (size_t i = 0; i < keyed.size(); ++i)
+            m_items[i] = std::move(keyed[i].second);
         reindexFrom(0);
     }
 

@@ -1,5 +1,7 @@
 #include "core/records/recordcodec.h"
 
+#include "core/base/textcodec.h"
+
 #include <QStringDecoder>
 #include <QtEndian>
 
@@ -24,6 +26,20 @@ bool isAscii(QByteArrayView bytes)
             return false;
     }
     return true;
+}
+
+// True when `words` eight-byte words at `at` are all blanks; the words are combined
+// before the test, so that a run of padding costs one branch for several words.
+bool allBlanks(const char *at, int words)
+{
+    constexpr quint64 blanks = 0x2020202020202020ULL;
+    quint64 differs = 0;
+    for (int i = 0; i < words; ++i) {
+        quint64 word;
+        std::memcpy(&word, at + 8 * i, sizeof word);
+        differs |= word ^ blanks;
+    }
+    return differs == 0;
 }
 } // namespace
 
@@ -75,39 +91,9 @@ void encodeTextTo(char *out, QStringView text, int width)
 
 QByteArray encodeText(const QString &text, int width)
 {
-    QByteArray bytes = text.toUtf8();
-    if (bytes.size() > width) {
-        int cut = width;
-        // Step back over continuation bytes so that no character is split.
-        while (cut > 0 && (static_cast<quint8>(bytes.at(cut)) & 0xC0) == 0x80)
-            --cut;
-        bytes.truncate(cut);
-    }
-    if (bytes.size() < width)
-        bytes.append(width - bytes.size(), ' ');
+    QByteArray bytes(width, Qt::Uninitialized);
+    encodeTextTo(bytes.data(), text, width);
     return bytes;
-}
-
-bool isValidUtf8(const QByteArray &bytes)
-{
-    // Checks without decoding: a whole imported file passes through here.
-    return QByteArrayView(bytes).isValidUtf8();
-}
-
-QString decodeWindows1252(const QByteArray &bytes)
-{
-    // 0x80..0x9F are the only bytes where Windows-1252 differs from Latin-1.
-    static const char16_t high[32]
-        = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-            0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-            0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-    QString out;
-    out.reserve(bytes.size());
-    for (const char c : bytes) {
-        const auto b = static_cast<quint8>(c);
-        out.append(b >= 0x80 && b < 0xA0 ? QChar(high[b - 0x80]) : QChar(char16_t(b)));
-    }
-    return out;
 }
 
 QString trimBlanks(const QString &text)
@@ -121,32 +107,33 @@ QString trimBlanks(const QString &text)
     return text.mid(begin, end - begin);
 }
 
-QString decodeText(const QByteArray &field, Trim trim)
-{
-    return decodeText(QByteArrayView(field), trim);
-}
-
 QString decodeText(QByteArrayView field, Trim trim)
 {
-    // Padding is cut off before decoding: most of a field is usually blanks.
+    // Padding is cut off before decoding: most of a field is usually blanks (an address
+    // field is 2,083 bytes), so it is skipped eight bytes at a time.
+    const char *const data = field.constData();
     qsizetype begin = 0;
     qsizetype end = field.size();
-    while (end > 0 && field.at(end - 1) == '\0')
+    while (end > 0 && data[end - 1] == '\0')
         --end;
     if (trim == Trim::Blanks) {
-        while (end > 0 && field.at(end - 1) == ' ')
+        while (end >= 64 && allBlanks(data + end - 64, 8))
+            end -= 64;
+        while (end >= 8 && allBlanks(data + end - 8, 1))
+            end -= 8;
+        while (end > 0 && data[end - 1] == ' ')
             --end;
-        while (begin < end && field.at(begin) == ' ')
+        while (begin < end && data[begin] == ' ')
             ++begin;
     }
-    const QByteArrayView bytes(field.constData() + begin, end - begin);
+    const QByteArrayView bytes(data + begin, end - begin);
     // ASCII reads the same in UTF-8 and Latin-1, and its blanks are already trimmed.
     if (isAscii(bytes))
         return QString::fromLatin1(bytes);
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder.decode(bytes);
     if (decoder.hasError())
-        text = decodeWindows1252(bytes.toByteArray());
+        text = TextCodec::decodeWindows1252(bytes);
     return trim == Trim::Blanks ? trimBlanks(text) : text;
 }
 
@@ -185,26 +172,37 @@ void RecordWriter::putText(int offset, int width, const QString &text)
     RecordCodec::encodeTextTo(m_data + offset, text, width);
 }
 
-RecordReader::RecordReader(QByteArray record, int length)
-    : m_bytes(std::move(record))
+RecordReader::RecordReader(QByteArrayView record, int length)
+    : m_data(record.constData())
 {
-    if (m_bytes.size() < length)
-        m_bytes.append(length - m_bytes.size(), '\0');
+    if (record.size() < length) {
+        m_padded = record.toByteArray();
+        m_padded.append(length - record.size(), '\0');
+        m_data = m_padded.constData();
+    }
+}
+
+RecordReader::RecordReader(QByteArray record, int length)
+    : m_padded(std::move(record))
+{
+    if (m_padded.size() < length)
+        m_padded.append(length - m_padded.size(), '\0');
+    m_data = m_padded.constData();
 }
 
 qint16 RecordReader::int16(int offset) const
 {
-    return qFromLittleEndian<qint16>(m_bytes.constData() + offset);
+    return qFromLittleEndian<qint16>(m_data + offset);
 }
 
 qint32 RecordReader::int32(int offset) const
 {
-    return qFromLittleEndian<qint32>(m_bytes.constData() + offset);
+    return qFromLittleEndian<qint32>(m_data + offset);
 }
 
 double RecordReader::float64(int offset) const
 {
-    const auto raw = qFromLittleEndian<quint64>(m_bytes.constData() + offset);
+    const auto raw = qFromLittleEndian<quint64>(m_data + offset);
     double value;
     std::memcpy(&value, &raw, sizeof value);
     return value;
@@ -212,10 +210,10 @@ double RecordReader::float64(int offset) const
 
 QString RecordReader::text(int offset, int width, RecordCodec::Trim trim) const
 {
-    return RecordCodec::decodeText(QByteArrayView(m_bytes).sliced(offset, width), trim);
+    return RecordCodec::decodeText(QByteArrayView(m_data + offset, width), trim);
 }
 
 quint8 RecordReader::byteAt(int offset) const
 {
-    return static_cast<quint8>(m_bytes.at(offset));
+    return static_cast<quint8>(m_data[offset]);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 // Fixed-size little-endian records as every data file of the program stores them.
@@ -10,20 +11,17 @@ namespace RecordCodec {
 
 enum class Trim { None, Blanks };
 
-// Encodes text into exactly `width` bytes.
+// Encodes text into exactly `width` bytes at `out`: whole characters while they fit,
+// then blanks.
+void encodeTextTo(char *out, QStringView text, int width);
+// The same in bytes of their own.
 QByteArray encodeText(const QString &text, int width);
 // Decodes a field: UTF-8 when the bytes are valid UTF-8, otherwise Windows-1252
 // (files written by the Windows program). Trailing NUL bytes count as padding.
-QString decodeText(const QByteArray &field, Trim trim);
 QString decodeText(QByteArrayView field, Trim trim);
-// Encodes text into exactly `width` bytes at `out`, as encodeText does.
-void encodeTextTo(char *out, QStringView text, int width);
 // Writes the UTF-8 of the character at `at` (not ASCII) to `out` as QString::toUtf8
 // does, a lone surrogate as '?'; advances both. At most four bytes.
 void encodeUtf8(const char16_t *&at, const char16_t *end, char *&out);
-// Windows-1252 decoding of arbitrary bytes.
-QString decodeWindows1252(const QByteArray &bytes);
-bool isValidUtf8(const QByteArray &bytes);
 // Blanks (0x20 only) removed on both sides, as the record files trim.
 QString trimBlanks(const QString &text);
 
@@ -52,11 +50,15 @@ private:
     char *m_data;
 };
 
-// Reads fields out of one record; reads beyond a short record yield zero bytes.
+// Reads fields out of one record; reads beyond a short record yield zero bytes. A
+// record of full length is read where it lies (the caller keeps its bytes alive while
+// the reader is used); only a short one is copied and padded.
 class RecordReader final
 {
 public:
-    explicit RecordReader(QByteArray record, int length);
+    RecordReader(QByteArrayView record, int length);
+    RecordReader(QByteArray record, int length);
+    Q_DISABLE_COPY_MOVE(RecordReader)
 
     qint16 int16(int offset) const;
     qint32 int32(int offset) const;
@@ -65,5 +67,6 @@ public:
     quint8 byteAt(int offset) const;
 
 private:
-    QByteArray m_bytes;
+    QByteArray m_padded;
+    const char *m_data;
 };

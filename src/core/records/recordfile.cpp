@@ -8,66 +8,41 @@
 
 namespace RecordFile {
 
-namespace {
-// Opens the file for reading, or creates it or moves it aside as readAll describes;
-// returns false when there is nothing (more) to read.
-bool openRecords(QFile &file, int recordLength, Missing missing, Buffer &result)
+ReadStatus readEach(const QString &path, int recordLength, Missing missing,
+    const std::function<bool(QByteArrayView record)> &take)
 {
-    const QString path = file.fileName();
+    ReadStatus result;
+    QFile file(path);
     if (!file.exists()) {
-        if (missing == Missing::CreateEmpty)
-            writeBytes(path, {}, &result.error);
-        return false;
+        if (missing == Missing::CreateEmpty && !writeBytes(path, {}, &result.error))
+            result.problem = FileOutcome::Problem::CannotWrite;
+        return result;
     }
     // Unbuffered: the file is read in large pieces, and QFile's own buffer would only
     // add a copy.
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         result.error = file.errorString();
-        return false;
+        result.problem = FileOutcome::Problem::CannotRead;
+        return result;
     }
     if (file.size() % recordLength != 0) {
         file.close();
         result.movedAsidePath = moveAside(path);
-        if (result.movedAsidePath.isEmpty())
-            result.error = QStringLiteral("cannot move %1 aside").arg(path);
-        return false;
-    }
-    return true;
-}
-} // namespace
-
-Buffer readBuffer(const QString &path, int recordLength, Missing missing)
-{
-    Buffer result;
-    result.recordLength = recordLength;
-    QFile file(path);
-    if (!openRecords(file, recordLength, missing, result))
+        if (result.movedAsidePath.isEmpty()) {
+            result.error = FileOutcome::cannotMoveAsideReason();
+            result.problem = FileOutcome::Problem::CannotMoveAside;
+        }
         return result;
-    const qint64 size = file.size();
-    result.bytes.resize(size);
-    if (file.read(result.bytes.data(), size) != size) {
-        result.error = file.errorString();
-        result.bytes.clear();
     }
-    return result;
-}
-
-Buffer readEach(const QString &path, int recordLength, Missing missing,
-    const std::function<bool(QByteArrayView record)> &take)
-{
-    Buffer result;
-    result.recordLength = recordLength;
-    QFile file(path);
-    if (!openRecords(file, recordLength, missing, result))
-        return result;
-    // About a megabyte: few system calls, and still in the processor's cache when the
-    // records are decoded.
-    const qsizetype perBlock = std::max<qsizetype>(1, (1024 * 1024) / recordLength);
-    QByteArray block(perBlock * recordLength, Qt::Uninitialized);
+    // A quarter of a megabyte: few system calls, and still in the processor's own cache
+    // when the records are decoded.
+    const qsizetype perBlock = std::max<qsizetype>(1, (256 * 1024) / recordLength);
+    QByteArray block(std::min<qint64>(perBlock * recordLength, file.size()), Qt::Uninitialized);
     for (qint64 left = file.size(); left > 0;) {
         const qint64 want = std::min<qint64>(left, block.size());
         if (file.read(block.data(), want) != want) {
             result.error = file.errorString();
+            result.problem = FileOutcome::Problem::CannotRead;
             return result;
         }
         left -= want;
@@ -81,14 +56,15 @@ Buffer readEach(const QString &path, int recordLength, Missing missing,
 
 ReadResult readAll(const QString &path, int recordLength, Missing missing)
 {
-    Buffer buffer = readBuffer(path, recordLength, missing);
     ReadResult result;
-    result.movedAsidePath = std::move(buffer.movedAsidePath);
-    result.error = std::move(buffer.error);
-    const qsizetype count = buffer.count();
-    result.records.reserve(count);
-    for (qsizetype i = 0; i < count; ++i)
-        result.records.append(buffer.record(i).toByteArray());
+    static_cast<ReadStatus &>(result)
+        = readEach(path, recordLength, missing, [&result](QByteArrayView record) {
+              result.records.append(record.toByteArray());
+              return true;
+          });
+    // A file that could not be read to its end gives no records at all.
+    if (!result.ok())
+        result.records.clear();
     return result;
 }
 

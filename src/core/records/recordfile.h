@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/records/fileoutcome.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -10,49 +12,41 @@
 // that cannot hold whole records is moved aside, never deleted.
 namespace RecordFile {
 
-struct ReadResult
+enum class Missing { CreateEmpty, LeaveAbsent };
+
+// What became of a file that was read.
+struct ReadStatus
 {
-    QList<QByteArray> records;
     // Set when the file was not a whole number of records and was moved aside.
     QString movedAsidePath;
     // Set when the file could not be opened or read.
     QString error;
+    FileOutcome::Problem problem = FileOutcome::Problem::None;
 
     bool ok() const { return error.isEmpty(); }
-};
-
-enum class Missing { CreateEmpty, LeaveAbsent };
-
-ReadResult readAll(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
-
-// The whole file in one buffer, for readers that decode the records in place instead
-// of holding a copy of each: a large folder file is hundreds of megabytes.
-struct Buffer
-{
-    QByteArray bytes; // a whole number of records
-    qsizetype recordLength = 1;
-    // As in ReadResult.
-    QString movedAsidePath;
-    QString error;
-
-    bool ok() const { return error.isEmpty(); }
-    qsizetype count() const { return bytes.size() / recordLength; }
-    QByteArrayView record(qsizetype index) const
+    // The same as the outcome for the file at `path`.
+    FileOutcome outcome(const QString &path) const
     {
-        return QByteArrayView(bytes.constData() + index * recordLength, recordLength);
+        return {path, movedAsidePath, error, problem};
     }
 };
 
-// Reads as readAll does, moving aside a file that is not a whole number of records.
-Buffer readBuffer(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
-
-// Reads as readAll does, but a block of records at a time into one small buffer that is
-// used again for the next block, and hands each record in file order to `take`, which
-// returns false to read no further. A record's bytes are only valid during the call.
-// Returns what readBuffer returns, without the bytes. When the file cannot be read to
-// its end, records before the failure may already have been handed out.
-Buffer readEach(const QString &path, int recordLength, Missing missing,
+// Reads a block of records at a time into one small buffer that is used again for the
+// next block, and hands each record in file order to `take`, which returns false to
+// read no further. A record's bytes are only valid during the call. A missing file is
+// created empty (or left absent); a file that is not a whole number of records is moved
+// aside and gives no record. When the file cannot be read to its end, records before
+// the failure may already have been handed out.
+ReadStatus readEach(const QString &path, int recordLength, Missing missing,
     const std::function<bool(QByteArrayView record)> &take);
+
+struct ReadResult : ReadStatus
+{
+    QList<QByteArray> records;
+};
+
+// Every record of the file, each in bytes of its own, as readEach reads them.
+ReadResult readAll(const QString &path, int recordLength, Missing missing = Missing::CreateEmpty);
 
 // Writes the records in order, replacing the file atomically. Returns false and
 // sets *error when the file could not be written; the old file then stays.

@@ -72,16 +72,17 @@ void FeedLoader::finish(const QByteArray &bytes, const FeedError &error)
     if (!m_page)
         return;
     m_targets.clear();
-    const QString page = error.reason.isEmpty() ? pageFor(bytes, m_url, &m_targets)
-                                                : failurePage(m_url, error.reason);
+    const QString page = error.reason.isEmpty()
+        ? pageFor(bytes, m_fetcher->charset(), m_url, &m_targets)
+        : failurePage(m_url, error.reason);
     m_page->showGeneratedPage(page.toUtf8());
     emit shown(m_url);
 }
 
-QString FeedLoader::pageFor(
-    const QByteArray &bytes, const QString &feedUrl, QHash<QUrl, QString> *targets)
+QString FeedLoader::pageFor(const QByteArray &bytes, const QByteArray &charset,
+    const QString &feedUrl, QHash<QUrl, QString> *targets)
 {
-    FeedParseResult result = FeedParser::parse(bytes);
+    FeedParseResult result = FeedParser::parse(bytes, charset);
     if (result.status != FeedParseResult::Status::Parsed)
         return FeedPage::forResult(result, feedUrl, FeedPage::defaultLinkText());
     const QUrl base = QUrl::fromUserInput(feedUrl);

@@ -33,8 +33,9 @@ public:
     // the feed's address, and that address as the base of the page, so relative
     // addresses inside item descriptions resolve as the feed meant them.
     // `targets` receives the window name of each item's link ("frm" + item number).
-    static QString pageFor(
-        const QByteArray &bytes, const QString &feedUrl, QHash<QUrl, QString> *targets = nullptr);
+    // `charset` is the one the server named, which goes before the document's own.
+    static QString pageFor(const QByteArray &bytes, const QByteArray &charset,
+        const QString &feedUrl, QHash<QUrl, QString> *targets = nullptr);
     // The page shown when the feed cannot be fetched at all.
     static QString failurePage(const QString &feedUrl, const QString &reason);
 

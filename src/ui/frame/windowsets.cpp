@@ -21,15 +21,6 @@ frmBrowser *openAddress(MDIForm1 &frame, const QString &address, bool asFeed)
     return window;
 }
 
-QString problemOf(const FileOutcome &outcome)
-{
-    if (outcome.wasMovedAside())
-        return uiText(2000).arg(outcome.path, outcome.movedAsidePath);
-    if (!outcome.ok())
-        return uiText(2002).arg(outcome.path, outcome.error);
-    return {};
-}
-
 } // namespace
 
 namespace WindowSets {
@@ -44,7 +35,7 @@ int openBookmarkFolder(
         Thema &folder = book.colThema.at(i);
         if (folder.FileName != wanted)
             continue;
-        *problem = problemOf(book.ensureLoaded(folder));
+        *problem = book.ensureLoaded(folder).message();
         int opened = 0;
         if (!folder.colBookmark)
             return opened;
@@ -85,7 +76,7 @@ void OpenLayoutItem(MDIForm1 &frame, const WindowDescription &description)
 int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
 {
     const Layout::ReadResult read = Layout::LoadLayout(path.trimmed());
-    *problem = problemOf(read.outcome);
+    *problem = read.outcome.message();
     for (const WindowDescription &window : read.windows)
         OpenLayoutItem(frame, window);
     return int(read.windows.size());
@@ -123,7 +114,7 @@ bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
         windows.append(description);
     }
     const FileOutcome outcome = Layout::SaveLayout(path, windows);
-    *problem = problemOf(outcome);
+    *problem = outcome.message();
     return outcome.ok();
 }
 

@@ -3,8 +3,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 using namespace CommandLine;
 
@@ -13,11 +16,13 @@ class CommandLineTest : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void countOfDoesNotOverlap()
     {
-        QCOMPARE(CountOf(QStringLiteral("aaaa"), QStringLiteral("aa")), 2);
-        QCOMPARE(CountOf(QStringLiteral("\\\\\\server"), QStringLiteral("\\\\")), 1);
-        QCOMPARE(CountOf(QStringLiteral("abc"), QString()), 0);
+        QCOMPARE(CountOf(u"aaaa"_s, u"aa"_s), 2);
+        QCOMPARE(CountOf(u"\\\\\\server"_s, u"\\\\"_s), 1);
+        QCOMPARE(CountOf(u"abc"_s, QString()), 0);
     }
 
     void firstArgumentRules_data()
@@ -26,16 +31,15 @@ private slots:
         QTest::addColumn<int>("sum");
         QTest::addColumn<QString>("expected");
         QTest::newRow("port, blank and a word")
-            << QStringLiteral("http://localhost:8080/x.html more") << 2
-            << QStringLiteral("http://localhost:8080/x.html");
-        QTest::newRow("quoted path with one marker stays whole") << QStringLiteral(
-            "\"C:\\My Pages\\a.html\"") << 1 << QStringLiteral("\"C:\\My Pages\\a.html\"");
+            << u"http://localhost:8080/x.html more"_s << 2 << u"http://localhost:8080/x.html"_s;
+        QTest::newRow("quoted path with one marker stays whole")
+            << u"\"C:\\My Pages\\a.html\""_s << 1 << u"\"C:\\My Pages\\a.html\""_s;
         QTest::newRow("quoted first of two")
-            << QStringLiteral("\"C:\\a b.html\" http://x") << 2 << QStringLiteral("C:\\a b.html");
+            << u"\"C:\\a b.html\" http://x"_s << 2 << u"C:\\a b.html"_s;
         QTest::newRow("no blank takes the whole line")
-            << QStringLiteral("http://a:1/b") << 2 << QStringLiteral("http://a:1/b");
+            << u"http://a:1/b"_s << 2 << u"http://a:1/b"_s;
         QTest::newRow("no closing quote takes the whole line")
-            << QStringLiteral("\"http://a:1/b") << 2 << QStringLiteral("\"http://a:1/b");
+            << u"\"http://a:1/b"_s << 2 << u"\"http://a:1/b"_s;
     }
 
     void firstArgumentRules()
@@ -50,48 +54,43 @@ private slots:
     void linuxPathsCountAsOneMarker()
     {
         QTemporaryDir dir;
-        const QString spaced = dir.filePath(QStringLiteral("a b.html"));
+        const QString spaced = dir.filePath(u"a b.html"_s);
         const QStringList args = {spaced};
         const QString raw = rawLine(args);
         QCOMPARE(raw, u'"' + spaced + u'"');
         QCOMPARE(markerSum(raw, args), 1);
         QCOMPARE(addressToOpen(raw), spaced); // quotes removed before navigating
 
-        const QString home = QDir::homePath() + QStringLiteral("/page.html");
+        const QString home = QDir::homePath() + u"/page.html"_s;
         QCOMPARE(markerSum(rawLine({home}), {home}), 1);
         QCOMPARE(addressToOpen(home), home);
 
         // An existing file named relatively counts too; a bare word does not.
         QVERIFY(QDir::setCurrent(dir.path()));
-        QFile file(QStringLiteral("local.html"));
+        QFile file(u"local.html"_s);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
-        QCOMPARE(markerSum(QStringLiteral("local.html"), {QStringLiteral("local.html")}), 1);
-        QCOMPARE(markerSum(QStringLiteral("nothing"), {QStringLiteral("nothing")}), 0);
+        QCOMPARE(markerSum(u"local.html"_s, {u"local.html"_s}), 1);
+        QCOMPARE(markerSum(u"nothing"_s, {u"nothing"_s}), 0);
     }
 
     void addressOfAPortAndAWordIsTheAddress()
     {
-        QCOMPARE(addressToOpen(QStringLiteral("http://localhost:8080/x.html more")),
-            QStringLiteral("http://localhost:8080/x.html"));
-        QCOMPARE(addressToOpen(QStringLiteral("/tmp/x.html")), QStringLiteral("/tmp/x.html"));
+        QCOMPARE(addressToOpen(u"http://localhost:8080/x.html more"_s),
+            u"http://localhost:8080/x.html"_s);
+        QCOMPARE(addressToOpen(u"/tmp/x.html"_s), u"/tmp/x.html"_s);
     }
 
     void dataFolderCarriesTheVersion()
     {
         qunsetenv("VANTRELL_DATA_DIR");
-        QVERIFY(AppInfo::dataFolderPath().endsWith(
-            QStringLiteral("/VantrellData-") + AppInfo::versionString()));
+        QVERIFY(AppInfo::dataFolderPath().endsWith(u"/VantrellData-"_s + AppInfo::versionString()));
         QTemporaryDir dir;
-        qputenv("VANTRELL_DATA_DIR", dir.filePath(QStringLiteral("deep/er")).toUtf8());
-        QCOMPARE(AppInfo::dataFolderPath(), dir.filePath(QStringLiteral("deep/er")));
+        qputenv("VANTRELL_DATA_DIR", dir.filePath(u"deep/er"_s).toUtf8());
+        QCOMPARE(AppInfo::dataFolderPath(), dir.filePath(u"deep/er"_s));
         QVERIFY(AppInfo::ensureDataFolder(AppInfo::dataFolderPath()));
-        QVERIFY(QDir(dir.filePath(QStringLiteral("deep/er"))).exists());
+        QVERIFY(QDir(dir.filePath(u"deep/er"_s)).exists());
         QVERIFY(AppInfo::ensureDataFolder(AppInfo::dataFolderPath())); // an existing folder is fine
-        QCOMPARE(AppInfo::monthNames().size(), 12);
-        QCOMPARE(AppInfo::monthNames().at(9), QStringLiteral("Oct"));
-        QVERIFY(AppInfo::frameCaption().startsWith(QStringLiteral("Vantrell ")));
-        QCOMPARE(AppInfo::versionString().count(u'.'), 2);
     }
 };
 

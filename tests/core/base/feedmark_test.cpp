@@ -3,12 +3,15 @@
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class FeedMarkTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("."))); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void titleWithLeadingMarkOpensAsFeed_data();
     void titleWithLeadingMarkOpensAsFeed();
     void displayTitleLosesOnlyAFeedMark();
@@ -20,13 +23,13 @@ void FeedMarkTest::titleWithLeadingMarkOpensAsFeed_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<bool>("feed");
     QTest::addColumn<bool>("feedStartPage");
-    QTest::newRow("mark and title") << u"<FEED />http://a/rss"_qs << true << false;
-    QTest::newRow("mark alone") << u"<FEED />"_qs << false << true;
-    QTest::newRow("mark after text") << u"News <FEED />"_qs << false << true;
-    QTest::newRow("mark twice") << u"<FEED />x<FEED />"_qs << true << false;
-    QTest::newRow("other case") << u"<feed />x"_qs << false << false;
-    QTest::newRow("leading blank") << u" <FEED />x"_qs << false << true;
-    QTest::newRow("no mark") << u"Heise"_qs << false << false;
+    QTest::newRow("mark and title") << u"<FEED />http://a/rss"_s << true << false;
+    QTest::newRow("mark alone") << u"<FEED />"_s << false << true;
+    QTest::newRow("mark after text") << u"News <FEED />"_s << false << true;
+    QTest::newRow("mark twice") << u"<FEED />x<FEED />"_s << true << false;
+    QTest::newRow("other case") << u"<feed />x"_s << false << false;
+    QTest::newRow("leading blank") << u" <FEED />x"_s << false << true;
+    QTest::newRow("no mark") << u"Heise"_s << false << false;
     QTest::newRow("empty") << QString() << false << false;
 }
 
@@ -41,10 +44,10 @@ void FeedMarkTest::titleWithLeadingMarkOpensAsFeed()
 
 void FeedMarkTest::displayTitleLosesOnlyAFeedMark()
 {
-    QCOMPARE(FeedMark::displayTitle(u"<FEED />Nachrichten"_qs), u"Nachrichten"_qs);
-    QCOMPARE(FeedMark::displayTitle(u"<FEED />"_qs), u"<FEED />"_qs);
-    QCOMPARE(FeedMark::displayTitle(u"a <FEED />"_qs), u"a <FEED />"_qs);
-    QVERIFY(FeedMark::isFeedTitle(FeedMark::markedTitle(u"x"_qs)));
+    QCOMPARE(FeedMark::displayTitle(u"<FEED />Nachrichten"_s), u"Nachrichten"_s);
+    QCOMPARE(FeedMark::displayTitle(u"<FEED />"_s), u"<FEED />"_s);
+    QCOMPARE(FeedMark::displayTitle(u"a <FEED />"_s), u"a <FEED />"_s);
+    QVERIFY(FeedMark::isFeedTitle(FeedMark::markedTitle(u"x"_s)));
 }
 
 QTEST_GUILESS_MAIN(FeedMarkTest)

@@ -3,20 +3,26 @@
 #include <QDir>
 #include <QFile>
 #include <QLocalSocket>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
+#include <memory>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 class SingleInstanceTest : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void secondStartHandsItsLineToTheFirst()
     {
         QTemporaryDir data;
@@ -28,11 +34,11 @@ private slots:
         QThread *thread = QThread::create([&data] {
             SingleInstance second(data.path());
             if (second.start() == SingleInstance::Role::Second)
-                second.handOver(QStringLiteral("\"/tmp/a b.html\""));
+                second.handOver(u"\"/tmp/a b.html\""_s);
         });
         thread->start();
         QTRY_COMPARE_WITH_TIMEOUT(received.size(), 1, 10000);
-        QCOMPARE(received.first().first().toString(), QStringLiteral("\"/tmp/a b.html\""));
+        QCOMPARE(received.first().first().toString(), u"\"/tmp/a b.html\""_s);
         QVERIFY(thread->wait(10000));
         delete thread;
     }
@@ -78,6 +84,23 @@ private slots:
         peer.flush();
         QTRY_COMPARE_WITH_TIMEOUT(peer.state(), QLocalSocket::UnconnectedState, 10000);
         QCOMPARE(received.size(), 0);
+        QTRY_VERIFY(first.findChildren<QLocalSocket *>().isEmpty());
+    }
+
+    void peersStillConnectedWhenTheInstanceEndsAreFreed()
+    {
+        // Under the sanitizers a peer's buffer that outlives its socket is reported.
+        QTemporaryDir data;
+        auto first = std::make_unique<SingleInstance>(data.path());
+        QCOMPARE(first->start(), SingleInstance::Role::First);
+        QLocalSocket peer;
+        peer.connectToServer(SingleInstance::serverName(data.path()));
+        QVERIFY(peer.waitForConnected(5000));
+        peer.write("half a line");
+        peer.flush();
+        QTRY_COMPARE(first->findChildren<QLocalSocket *>().size(), 1);
+        first.reset();
+        QTRY_COMPARE(peer.state(), QLocalSocket::UnconnectedState);
     }
 };
 

@@ -1,17 +1,19 @@
 #include "core/base/uitexts.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QSet>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // The placeholders of a text, sorted, so that two languages can be compared.
 QStringList placeholders(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral("%(?:n|\\d+)"));
+    static const QRegularExpression pattern(u"%(?:n|\\d+)"_s);
     QStringList found;
     for (auto it = pattern.globalMatch(text); it.hasNext();)
         found.append(it.next().captured());
@@ -22,7 +24,7 @@ QStringList placeholders(const QString &text)
 // Keyboard accelerators: a single "&"; "&&" shows an ampersand.
 int accelerators(QString text)
 {
-    text.remove(QStringLiteral("&&"));
+    text.remove(u"&&"_s);
     return int(text.count(u'&'));
 }
 
@@ -33,7 +35,11 @@ class UiTextsTest final : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_savedLang = qgetenv("VANTRELL_LANG"); }
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        m_savedLang = qgetenv("VANTRELL_LANG");
+    }
 
     void cleanup()
     {
@@ -45,8 +51,8 @@ private slots:
     void everyLineOfBothTablesIsOneUniqueEntryInAscendingOrder_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("de") << QStringLiteral(":/texts/de.tsv");
-        QTest::newRow("en") << QStringLiteral(":/texts/en.tsv");
+        QTest::newRow("de") << u":/texts/de.tsv"_s;
+        QTest::newRow("en") << u":/texts/en.tsv"_s;
     }
 
     void everyLineOfBothTablesIsOneUniqueEntryInAscendingOrder()
@@ -54,28 +60,20 @@ private slots:
         QFETCH(QString, path);
         QFile file(path);
         QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(path));
-        const QString all = QString::fromUtf8(file.readAll());
+        static const QRegularExpression entry(u"^(\\d+)\t[^\r]+$"_s);
         int previous = 0;
         int entries = 0;
-        const QStringList lines = all.split(u'\n');
-        for (int n = 0; n < lines.size(); ++n) {
-            const QString &line = lines.at(n);
+        for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n')) {
             if (line.isEmpty() || line.startsWith(u'#'))
                 continue;
-            const QString where = path + u':' + QString::number(n + 1) + u' ' + line;
-            QVERIFY2(!line.endsWith(u'\r'), qPrintable(where));
-            const qsizetype tab = line.indexOf(u'\t');
-            QVERIFY2(tab > 0, qPrintable(where));
-            bool ok = false;
-            const int id = line.left(tab).toInt(&ok);
-            QVERIFY2(ok && id > previous, qPrintable(where));
-            QVERIFY2(tab + 1 < line.size(), qPrintable(where));
-            previous = id;
+            const QRegularExpressionMatch match = entry.match(line);
+            QVERIFY2(match.hasMatch() && match.captured(1).toInt() > previous, qPrintable(line));
+            previous = match.captured(1).toInt();
             ++entries;
         }
-        QCOMPARE(UiTexts::table(
-                     path.contains(u"de") ? UiTexts::Language::German : UiTexts::Language::English)
-                     .size(),
+        const bool german = path.contains(u"de");
+        QCOMPARE(
+            UiTexts::table(german ? UiTexts::Language::German : UiTexts::Language::English).size(),
             entries);
     }
 
@@ -85,12 +83,11 @@ private slots:
         const QHash<int, QString> english = UiTexts::table(UiTexts::Language::English);
         QVERIFY(german.size() > 300);
 
-        const QList<int> germanIds = german.keys();
-        const QList<int> englishIds = english.keys();
-        const QSet<int> germanSet(germanIds.cbegin(), germanIds.cend());
-        const QSet<int> englishSet(englishIds.cbegin(), englishIds.cend());
-        QCOMPARE(QSet<int>(germanSet).subtract(englishSet), QSet<int>());
-        QCOMPARE(QSet<int>(englishSet).subtract(germanSet), QSet<int>());
+        QList<int> germanIds = german.keys();
+        QList<int> englishIds = english.keys();
+        std::sort(germanIds.begin(), germanIds.end());
+        std::sort(englishIds.begin(), englishIds.end());
+        QCOMPARE(germanIds, englishIds);
 
         for (auto it = german.cbegin(); it != german.cend(); ++it) {
             const QString &de = it.value();
@@ -103,36 +100,34 @@ private slots:
         }
     }
 
-    void germanTextsReadExactlyAsTheProgramShowsThem()
+    void everyTextTheProgramAsksForIsInBothTables()
+    {
+        const QHash<int, QString> german = UiTexts::table(UiTexts::Language::German);
+        const QHash<int, QString> english = UiTexts::table(UiTexts::Language::English);
+        static const QRegularExpression use(u"uiText\\((\\d+)\\)"_s);
+        int uses = 0;
+        QDirIterator sources(QStringLiteral(VANTRELL_SOURCE_DIR "/src"), {u"*.cpp"_s}, QDir::Files,
+            QDirIterator::Subdirectories);
+        while (sources.hasNext()) {
+            QFile file(sources.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QString code = QString::fromUtf8(file.readAll());
+            for (auto it = use.globalMatch(code); it.hasNext(); ++uses) {
+                const int id = it.next().captured(1).toInt();
+                QVERIFY2(german.contains(id) && english.contains(id),
+                    qPrintable(file.fileName() + u": " + QString::number(id)));
+            }
+        }
+        QVERIFY(uses > 100);
+    }
+
+    void piecesKeepTheLineBreaksTheirCallersRelyOn()
     {
         const QHash<int, QString> de = UiTexts::table(UiTexts::Language::German);
-        // The toolbar's spelling and the dialog's spelling are kept as they are.
-        QCOMPARE(de.value(601), QStringLiteral("Vorwärst"));
-        QCOMPARE(de.value(415), QStringLiteral("HTML-Seiten dürfen &Fenstergrösse setzen ein/aus"));
-        QCOMPARE(de.value(200), QStringLiteral("&Datei"));
-        QCOMPARE(de.value(1045), QStringLiteral("Der Ordner muß einen Namen haben !"));
-        // The label keeps its trailing blank: the text export puts a second one after it.
-        QCOMPARE(de.value(1302), QStringLiteral("URL: "));
-        QCOMPARE(de.value(1506), QStringLiteral("search.html"));
-
-        // Two texts come pre-joined with the line breaks their callers rely on.
-        QCOMPARE(de.value(1116),
-            QStringLiteral("Es werden %n Links geöffnet. Das Öffnen von zu vielen "
-                           "Browser-Fenstern kann Probleme mit Systemresourcen verursachen.\r\r"));
-        QVERIFY(de.value(1038).startsWith(QStringLiteral("\r\n")));
+        QVERIFY(de.value(1116).endsWith(u"\r\r"));
+        QVERIFY(de.value(1038).startsWith(u"\r\n"_s));
         QVERIFY(!de.value(1038).mid(2).contains(u'\r'));
         QVERIFY(UiTexts::table(UiTexts::Language::English).value(1116).endsWith(u"\r\r"));
-
-        // Messages assembled from pieces.
-        QCOMPARE(de.value(1070) + QStringLiteral("<link>") + de.value(1071),
-            QStringLiteral("Feld \"<link>\" ist ungültig oder leer."));
-        QCOMPARE(de.value(1040) + QStringLiteral("/tmp/a.txt") + de.value(1041),
-            QStringLiteral("Der Export war erfolgreich, möchten Sie die Datei '/tmp/a.txt' "
-                           "anzeigen ?"));
-        QCOMPARE(de.value(1047) + QStringLiteral("http://x/") + de.value(1048),
-            QStringLiteral("Die Url: 'http://x/' existiert bereits, trotzdem hinzufügen ?"));
-        QCOMPARE(de.value(1130) + QStringLiteral(" (pop.example.org)"),
-            QStringLiteral("Sie haben E-Mail ! (pop.example.org)"));
     }
 
     void languageFollowsGermanLocalesUnlessOverridden_data()
@@ -171,16 +166,11 @@ private slots:
     {
         UiTexts::load(UiTexts::Language::English);
         QCOMPARE(UiTexts::language(), UiTexts::Language::English);
-        QCOMPARE(uiText(601), QStringLiteral("Forward"));
-        QCOMPARE(uiText(1113), QStringLiteral("Message"));
-
+        QCOMPARE(uiText(601), UiTexts::table(UiTexts::Language::English).value(601));
         UiTexts::load(UiTexts::Language::German);
-        QCOMPARE(uiText(601), QStringLiteral("Vorwärst"));
-        QVERIFY(UiTexts::has(1141));
-
+        QCOMPARE(uiText(601), UiTexts::table(UiTexts::Language::German).value(601));
         QVERIFY(!UiTexts::has(99999));
-        QCOMPARE(uiText(99999), QStringLiteral("#99999"));
-        QCOMPARE(uiText(-4), QStringLiteral("#-4"));
+        QCOMPARE(uiText(99999), u"#99999"_s);
     }
 
 private:

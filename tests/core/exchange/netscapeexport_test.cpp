@@ -1,9 +1,13 @@
 #include "core/exchange/netscapeexport.h"
 #include "core/model/bookediting.h"
+#include "recordbytes.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 const QDateTime moment(QDate(2004, 10, 5), QTime(14, 3, 22));
@@ -21,6 +25,8 @@ class NetscapeExportTest : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void timestampIsLocalWallClockSeconds()
     {
         QCOMPARE(NetscapeExport::timestamp(QDateTime(QDate(1970, 1, 2), QTime(0, 0, 1))), 86401);
@@ -38,14 +44,14 @@ private slots:
     {
         QTemporaryDir dir;
         Book book(dir.path());
-        Thema *news = BookEditing::addFolder(book, QStringLiteral("Nachrichten & \"Mehr\""), 0);
-        BookEditing::addFolder(book, QStringLiteral("Leer"), 1)->colBookmark.reset();
-        BookEditing::addBookmark(book, *news, QStringLiteral("<FEED />Heise"),
-            QStringLiteral("https://www.heise.de/rss/heise.rdf"), BookEditing::Duplicates::Ask);
-        Bookmark *described = BookEditing::addBookmark(book, *news, QStringLiteral("Zeit <online>"),
-            QStringLiteral("https://zeit.de/?a=1&b=2"), BookEditing::Duplicates::Ask)
+        Thema *news = BookEditing::addFolder(book, u"Nachrichten & \"Mehr\""_s, 0);
+        BookEditing::addFolder(book, u"Leer"_s, 1)->colBookmark.reset();
+        BookEditing::addBookmark(book, *news, u"<FEED />Heise"_s,
+            u"https://www.heise.de/rss/heise.rdf"_s, BookEditing::Duplicates::Ask);
+        Bookmark *described = BookEditing::addBookmark(book, *news, u"Zeit <online>"_s,
+            u"https://zeit.de/?a=1&b=2"_s, BookEditing::Duplicates::Ask)
                                   .bookmark;
-        described->Info = QStringLiteral("a\r\nb\r\n");
+        described->Info = u"a\r\nb\r\n"_s;
 
         const QByteArray expected = head
             + "<DL>\r\n"
@@ -61,28 +67,25 @@ private slots:
             + stamp + "\">Leer</H3><DL><P>\r\n</DL><P>\r\n</DL>\r\n";
         QCOMPARE(NetscapeExport::archiveBytes(book, moment), expected);
 
-        const QString path = dir.filePath(QStringLiteral("out.html"));
+        const QString path = dir.filePath(u"out.html"_s);
         QString error;
         QVERIFY(NetscapeExport::writeArchive(path, book, moment, &error));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), expected);
+        QCOMPARE(RecordBytes::readFile(path), expected);
     }
 
     void folderExportLacksTheOuterList()
     {
         QTemporaryDir dir;
         Book book(dir.path());
-        Thema *folder = BookEditing::addFolder(book, QStringLiteral("Ümläute"), 0);
-        BookEditing::addBookmark(book, *folder, QStringLiteral("Straße"),
-            QStringLiteral("file:///home/"), BookEditing::Duplicates::Ask)
+        Thema *folder = BookEditing::addFolder(book, u"Ümläute"_s, 0);
+        BookEditing::addBookmark(
+            book, *folder, u"Straße"_s, u"file:///home/"_s, BookEditing::Duplicates::Ask)
             .bookmark->Info
-            = QStringLiteral("eine Zeile");
+            = u"eine Zeile"_s;
         const QByteArray expected = head + "\r\n<DT><H3 FOLDED ADD_DATE=\"" + stamp + "\">"
-            + QStringLiteral("Ümläute").toUtf8()
-            + "</H3><DL><P>\r\n<DT><A HREF=\"file:///home/\" ADD_DATE=\"" + stamp
-            + "\" LAST_VISIT=\"" + stamp + "\" LAST_MODIFIED=\"" + stamp + "\">"
-            + QStringLiteral("Straße").toUtf8() + "</A>\r\n<DD>eine Zeile\r\n</DL><P>\r\n";
+            + u"Ümläute"_s.toUtf8() + "</H3><DL><P>\r\n<DT><A HREF=\"file:///home/\" ADD_DATE=\""
+            + stamp + "\" LAST_VISIT=\"" + stamp + "\" LAST_MODIFIED=\"" + stamp + "\">"
+            + u"Straße"_s.toUtf8() + "</A>\r\n<DD>eine Zeile\r\n</DL><P>\r\n";
         QCOMPARE(NetscapeExport::folderBytes(*folder, moment), expected);
     }
 };

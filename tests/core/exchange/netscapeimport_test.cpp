@@ -2,22 +2,20 @@
 #include "core/exchange/netscapeexport.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/model/bookediting.h"
+#include "recordbytes.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using namespace Qt::StringLiterals;
 
 using NetscapeImport::Result;
 
 namespace {
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // Everything of an archive that an export and import must keep, folder by folder.
 QStringList describe(Book &book)
 {
@@ -25,7 +23,7 @@ QStringList describe(Book &book)
     for (qsizetype i = 0; i < book.colThema.count(); ++i) {
         Thema &folder = book.colThema.at(i);
         book.ensureLoaded(folder);
-        lines << QStringLiteral("F ") + folder.DirName();
+        lines << u"F "_s + folder.DirName();
         for (qsizetype j = 0; j < folder.colBookmark->count(); ++j) {
             const Bookmark &b = folder.colBookmark->at(j);
             lines << b.Titel + u'|' + b.URL + u'|' + b.Info + u'|' + QString::number(b.Toolbar)
@@ -41,6 +39,8 @@ class NetscapeImportTest : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void nestedFoldersYieldOwnFoldersAndFillEnclosingOnes()
     {
         const Result result = NetscapeImport::readFile(
@@ -53,14 +53,13 @@ private slots:
             counts << folder.bookmarks.size();
         }
         QCOMPARE(names,
-            QStringList({QStringLiteral("Folder1, the first,folder to encounter"),
-                QStringLiteral("Folder2"), QStringLiteral("Folder3"),
-                QStringLiteral("Folder3-1")}));
+            QStringList({u"Folder1, the first,folder to encounter"_s, u"Folder2"_s, u"Folder3"_s,
+                u"Folder3-1"_s}));
         // Folder2's DD ends its DT, so its list lies outside the folder element.
         QCOMPARE(counts, QList<qsizetype>({2, 0, 2, 2}));
         QCOMPARE(result.anchorsOutsideFolders, 4);
-        QCOMPARE(result.folders.at(2).bookmarks.at(1).Titel, QStringLiteral("Nested 3-2"));
-        QCOMPARE(result.folders.at(2).bookmarks.at(1).URL, QStringLiteral("http://nest.ed/3-2"));
+        QCOMPARE(result.folders.at(2).bookmarks.at(1).Titel, u"Nested 3-2"_s);
+        QCOMPARE(result.folders.at(2).bookmarks.at(1).URL, u"http://nest.ed/3-2"_s);
         QCOMPARE(result.folders.at(2).bookmarks.at(1).Toolbar, qint16(-1));
     }
 
@@ -76,9 +75,9 @@ private slots:
         QCOMPARE(result.folders.size(), 1);
         const QList<Bookmark> &bookmarks = result.folders.at(0).bookmarks;
         QCOMPARE(bookmarks.size(), 2);
-        QCOMPARE(bookmarks.at(0).Titel, QStringLiteral("Two words bold"));
-        QCOMPARE(bookmarks.at(0).URL, QStringLiteral("::{20D04FE0}\\C:\\x"));
-        QCOMPARE(bookmarks.at(0).Info, QStringLiteral("line one still one\r\nline two"));
+        QCOMPARE(bookmarks.at(0).Titel, u"Two words bold"_s);
+        QCOMPARE(bookmarks.at(0).URL, u"::{20D04FE0}\\C:\\x"_s);
+        QCOMPARE(bookmarks.at(0).Info, u"line one still one\r\nline two"_s);
         // The DD that is the folder's very last element is not taken.
         QCOMPARE(bookmarks.at(1).Info, QString());
     }
@@ -90,56 +89,55 @@ private slots:
                                 "<pre>  keep\n  this</pre>tail\n"
                                 "<DT><A HREF=b>b</A></DL><p>";
         const Result result = NetscapeImport::parse(html);
-        QCOMPARE(result.folders.at(0).DirName, QStringLiteral("F & G"));
+        QCOMPARE(result.folders.at(0).DirName, u"F & G"_s);
         QCOMPARE(result.folders.at(0).bookmarks.at(0).Info,
-            QStringLiteral("one\r\n\r\ntwo\r\n\r\n  keep\r\n  this\r\ntail"));
+            u"one\r\n\r\ntwo\r\n\r\n  keep\r\n  this\r\ntail"_s);
     }
 
     void feedMarkSurvivesExportAndImport()
     {
         QTemporaryDir dir;
         Book book(dir.path());
-        Thema *folder = BookEditing::addFolder(book, QStringLiteral("Feeds"), 0);
+        Thema *folder = BookEditing::addFolder(book, u"Feeds"_s, 0);
         for (const char *title : {"<FEED />Planet Qt", "<FEED />", "Plain"}) {
             Bookmark *b = BookEditing::addBookmark(book, *folder, QString::fromUtf8(title),
-                QStringLiteral("https://planet.qt.io/") + QString::number(qstrlen(title)),
+                u"https://planet.qt.io/"_s + QString::number(qstrlen(title)),
                 BookEditing::Duplicates::Allow)
                               .bookmark;
-            b->Info = QStringLiteral("über\r\nFeeds");
+            b->Info = u"über\r\nFeeds"_s;
         }
         const Result result
             = NetscapeImport::parse(NetscapeExport::archiveBytes(book, Clock::now()));
         const QList<Bookmark> &read = result.folders.at(0).bookmarks;
         QCOMPARE(read.size(), 3);
-        QCOMPARE(read.at(0).Titel, QStringLiteral("<FEED />Planet Qt"));
-        QCOMPARE(read.at(0).Info, QStringLiteral("über\r\nFeeds"));
+        QCOMPARE(read.at(0).Titel, u"<FEED />Planet Qt"_s);
+        QCOMPARE(read.at(0).Info, u"über\r\nFeeds"_s);
         QCOMPARE(read.at(1).Titel, QString());
-        QCOMPARE(read.at(2).Titel, QStringLiteral("Plain"));
-        QCOMPARE(read.at(2).Info, QStringLiteral("über\r\nFeeds"));
+        QCOMPARE(read.at(2).Titel, u"Plain"_s);
+        QCOMPARE(read.at(2).Info, u"über\r\nFeeds"_s);
     }
 
     void encodingFollowsBomThenMetaThenContent()
     {
         const QByteArray body = "<DT><H3>M\xfc"
                                 "nchen</H3><DL><DT><A HREF=x>\xe4</A></DL>";
-        QCOMPARE(NetscapeImport::parse(body).folders.at(0).DirName, QStringLiteral("München"));
-        QCOMPARE(NetscapeImport::parse(body).encoding, QStringLiteral("windows-1252"));
-        const QByteArray utf8 = QStringLiteral("<DT><H3>Köln</H3><DL></DL>").toUtf8();
-        QCOMPARE(NetscapeImport::parse(utf8).folders.at(0).DirName, QStringLiteral("Köln"));
+        QCOMPARE(NetscapeImport::parse(body).folders.at(0).DirName, u"München"_s);
+        QCOMPARE(NetscapeImport::parse(body).encoding, u"windows-1252"_s);
+        const QByteArray utf8 = u"<DT><H3>Köln</H3><DL></DL>"_s.toUtf8();
+        QCOMPARE(NetscapeImport::parse(utf8).folders.at(0).DirName, u"Köln"_s);
         const QByteArray meta
             = "<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=ISO-8859-1\">" + utf8;
-        QCOMPARE(NetscapeImport::parse(meta).folders.at(0).DirName, QStringLiteral("KÃ¶ln"));
-        QCOMPARE(NetscapeImport::parse("\xEF\xBB\xBF" + meta).folders.at(0).DirName,
-            QStringLiteral("Köln"));
+        QCOMPARE(NetscapeImport::parse(meta).folders.at(0).DirName, u"KÃ¶ln"_s);
+        QCOMPARE(NetscapeImport::parse("\xEF\xBB\xBF" + meta).folders.at(0).DirName, u"Köln"_s);
     }
 
     void filesWithoutFoldersOrBodyLeaveTheArchiveAlone()
     {
         QTemporaryDir dir;
         Book book(dir.path());
-        BookEditing::addFolder(book, QStringLiteral("Bleibt"), 0);
+        BookEditing::addFolder(book, u"Bleibt"_s, 0);
         QVERIFY(book.SaveAllThema());
-        const QByteArray before = fileBytes(book.indexPath());
+        const QByteArray before = RecordBytes::readFile(book.indexPath());
 
         const Result flat
             = NetscapeImport::parse("<DL><DT><A HREF=a>a</A><DT><A HREF=b>b</A></DL>");
@@ -148,8 +146,8 @@ private slots:
         QVERIFY(!NetscapeImport::replaceArchive(book, flat).ok);
         QCOMPARE(
             NetscapeImport::parse("<frameset><frame src=a></frameset>").status, Result::NoBody);
-        QCOMPARE(fileBytes(book.indexPath()), before);
-        QVERIFY(!QDir(dir.filePath(QStringLiteral("backups"))).exists());
+        QCOMPARE(RecordBytes::readFile(book.indexPath()), before);
+        QVERIFY(!QDir(dir.filePath(u"backups"_s)).exists());
     }
 
     void hostileFilesAreRefusedOrBounded()
@@ -186,30 +184,26 @@ private slots:
         Clock::setFixed(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58)));
         Book book(dir.path());
         book.SequenzMax = 40;
-        Thema *old = BookEditing::addFolder(book, QStringLiteral("Alt"), 0);
-        BookEditing::addBookmark(
-            book, *old, QStringLiteral("a"), QStringLiteral("b"), BookEditing::Duplicates::Ask);
+        Thema *old = BookEditing::addFolder(book, u"Alt"_s, 0);
+        BookEditing::addBookmark(book, *old, u"a"_s, u"b"_s, BookEditing::Duplicates::Ask);
         QVERIFY(book.SaveAllThema());
-        const QByteArray oldIndex = fileBytes(book.indexPath());
+        const QByteArray oldIndex = RecordBytes::readFile(book.indexPath());
 
         const Result result = NetscapeImport::parse(
             "<DT><H3>Eins</H3><DL><DT><A HREF=u1>t1</A></DL><DT><H3>Zwei</H3><DL></DL>");
         const NetscapeImport::ApplyOutcome applied = NetscapeImport::replaceArchive(book, result);
         Clock::setFixed({});
         QVERIFY2(applied.ok, qPrintable(applied.error));
-        QCOMPARE(applied.backupFolder, dir.filePath(QStringLiteral("backups/20240229-235958")));
-        QCOMPARE(fileBytes(applied.backupFolder + QStringLiteral("/Book.bkm")), oldIndex);
-        QVERIFY(QFile::exists(applied.backupFolder + QStringLiteral("/41.bkm")));
+        QCOMPARE(applied.backupFolder, dir.filePath(u"backups/20240229-235958"_s));
+        QCOMPARE(RecordBytes::readFile(applied.backupFolder + u"/Book.bkm"_s), oldIndex);
+        QVERIFY(QFile::exists(applied.backupFolder + u"/41.bkm"_s));
 
         Book again(dir.path());
         QVERIFY(again.LoadAllThema());
-        QCOMPARE(describe(again),
-            QStringList({QStringLiteral("F Eins"), QStringLiteral("t1|u1||-1-1"),
-                QStringLiteral("F Zwei")}));
-        QCOMPARE(again.colThema.at(1).FileName, QStringLiteral("2.bkm"));
+        QCOMPARE(describe(again), QStringList({u"F Eins"_s, u"t1|u1||-1-1"_s, u"F Zwei"_s}));
+        QCOMPARE(again.colThema.at(1).FileName, u"2.bkm"_s);
         // New folders never reuse an imported folder's number or file.
-        QCOMPARE(BookEditing::addFolder(again, QStringLiteral("Neu"), 2)->FileName,
-            QStringLiteral("3.bkm"));
+        QCOMPARE(BookEditing::addFolder(again, u"Neu"_s, 2)->FileName, u"3.bkm"_s);
     }
 
     void sampleArchiveRoundTripsUnchanged()
@@ -223,8 +217,8 @@ private slots:
         QCOMPARE(sample.anchorsOutsideFolders, 0);
         QVERIFY(NetscapeImport::replaceArchive(book, sample).ok);
         const QStringList original = describe(book);
-        QVERIFY(original.filter(QStringLiteral("<FEED />")).size() == 1);
-        QVERIFY(original.filter(QStringLiteral("||")).size() < original.size() - 3);
+        QVERIFY(original.filter(u"<FEED />"_s).size() == 1);
+        QVERIFY(original.filter(u"||"_s).size() < original.size() - 3);
 
         Book copy(second.path());
         QVERIFY(NetscapeImport::replaceArchive(
@@ -248,7 +242,7 @@ private slots:
     void corpusFilesImportWithoutHarm()
     {
         QFETCH(QString, path);
-        const QByteArray bytes = fileBytes(path);
+        const QByteArray bytes = RecordBytes::readFile(path);
         const Result result = NetscapeImport::parse(bytes);
         QVERIFY(result.status == Result::Imported || result.status == Result::NoFolder);
         // Independent bounds: a folder per H3 heading at most, every bookmark an anchor.

@@ -1,6 +1,9 @@
 #include "core/feeds/feedlist.h"
 
+#include <QRegularExpression>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 QStringList row(std::initializer_list<const char *> values)
@@ -17,22 +20,22 @@ class FeedListTest : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void serverPartIsSchemeHostAndWrittenPort()
     {
-        QCOMPARE(FeedList::GetServerStr(QStringLiteral("http://example.org/a/b/c.html?x=1#top")),
-            QStringLiteral("http://example.org"));
-        QCOMPARE(
-            FeedList::GetServerStr(QStringLiteral("https://user:pw@example.org:8443/deep/path/")),
-            QStringLiteral("https://example.org:8443"));
-        QCOMPARE(FeedList::GetServerStr(QStringLiteral("http://EXAMPLE.org")),
-            QStringLiteral("http://example.org"));
-        QCOMPARE(FeedList::GetServerStr(QStringLiteral("not an address")), QString());
+        QCOMPARE(FeedList::GetServerStr(u"http://example.org/a/b/c.html?x=1#top"_s),
+            u"http://example.org"_s);
+        QCOMPARE(FeedList::GetServerStr(u"https://user:pw@example.org:8443/deep/path/"_s),
+            u"https://example.org:8443"_s);
+        QCOMPARE(FeedList::GetServerStr(u"http://EXAMPLE.org"_s), u"http://example.org"_s);
+        QCOMPARE(FeedList::GetServerStr(u"not an address"_s), QString());
     }
 
     void keepsRssAndXmlLinksInDocumentOrder()
     {
         FeedList feeds;
-        const QString page = QStringLiteral("http://example.org:8080/news/today/index.html");
+        const QString page = u"http://example.org:8080/news/today/index.html"_s;
         feeds.collect({row({"TEXT/XML", "Upper", "/feeds/upper.xml"}),
                           row({"application/atom+xml", "Atom", "/atom.xml"}),
                           row({"application/RSS+xml", "Rss", "rss.xml"}),
@@ -41,18 +44,17 @@ private slots:
                           row({"text/xml ", "Blank", "/blank.xml"})},
             page);
         QCOMPARE(feeds.GetFeedCount(), 3);
-        QCOMPARE(feeds.GetFeedTitelByInd(0), QStringLiteral("Upper"));
-        QCOMPARE(
-            feeds.GetFeedUrlByInd(0), QStringLiteral("http://example.org:8080/feeds/upper.xml"));
+        QCOMPARE(feeds.GetFeedTitelByInd(0), u"Upper"_s);
+        QCOMPARE(feeds.GetFeedUrlByInd(0), u"http://example.org:8080/feeds/upper.xml"_s);
         // Other relative forms stay as the page wrote them.
-        QCOMPARE(feeds.GetFeedUrlByInd(1), QStringLiteral("rss.xml"));
-        QCOMPARE(feeds.GetFeedUrlByInd(2), QStringLiteral("http://cdn.example.net/f.xml"));
+        QCOMPARE(feeds.GetFeedUrlByInd(1), u"rss.xml"_s);
+        QCOMPARE(feeds.GetFeedUrlByInd(2), u"http://cdn.example.net/f.xml"_s);
         QCOMPARE(feeds.GetFeedUrlByInd(3), QString());
 
         // Each collection replaces the list.
         feeds.collect({row({"text/xml", "Only", "http://other.example/x.xml"})}, page);
         QCOMPARE(feeds.GetFeedCount(), 1);
-        QCOMPARE(feeds.GetFeedUrlByInd(0), QStringLiteral("http://other.example/x.xml"));
+        QCOMPARE(feeds.GetFeedUrlByInd(0), u"http://other.example/x.xml"_s);
         feeds.collect({}, page);
         QCOMPARE(feeds.GetFeedCount(), 0);
     }

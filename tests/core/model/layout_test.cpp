@@ -3,8 +3,11 @@
 #include "recordbytes.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using namespace Qt::StringLiterals;
 
 using namespace RecordBytes;
 
@@ -13,6 +16,8 @@ class LayoutTest : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
     void missingIndexLoadsNothingAndIsCreated()
     {
         QTemporaryDir dir;
@@ -21,7 +26,7 @@ private slots:
         QVERIFY(!book.LoadAllLayouts());
         QCOMPARE(book.SequenzMax, 0);
         QVERIFY(book.IsEmpty());
-        QCOMPARE(readFile(dir.filePath(QStringLiteral("WLBook.vtp"))), QByteArray());
+        QCOMPARE(readFile(dir.filePath(u"WLBook.vtp"_s)), QByteArray());
     }
 
     void layoutsAreWrittenAsExactRecordsAndReadBack()
@@ -32,7 +37,7 @@ private slots:
         LayoutItem item;
         FensterInfo first;
         first.Titel = QString(600, u'T');
-        first.URL = QStringLiteral("https://www.qt.io/");
+        first.URL = u"https://www.qt.io/"_s;
         first.x = 1234.5f;
         first.y = 1235.5f;
         first.Breite = -0.5f;
@@ -41,12 +46,12 @@ private slots:
         first.ToolbarVisible = 0;
         first.AdressbarVisible = -1;
         item.colFensterInfo = {first, FensterInfo()};
-        book.AddLayout(std::move(item), QStringLiteral("Morgens"), QStringLiteral("Zeitungen"), 0);
+        book.AddLayout(std::move(item), u"Morgens"_s, u"Zeitungen"_s, 0);
         QVERIFY(book.SaveAllLayouts());
         QVERIFY(!book.IsEdit);
         QVERIFY(!book.colLayout.at(0).IsEdit);
 
-        QCOMPARE(readFile(dir.filePath(QStringLiteral("WLBook.vtp"))),
+        QCOMPARE(readFile(dir.filePath(u"WLBook.vtp"_s)),
             le32(9) + le32(1) + padded("Morgens", 255) + padded("WL9.nlt", 2083)
                 + padded("Zeitungen", 1024));
         const QByteArray window1 = le16(1) + le16(1234) + le16(1236) + le16(0) + le16(32767)
@@ -54,14 +59,14 @@ private slots:
             + le16(-1) + le16(2);
         const QByteArray window2 = le16(2) + le16(0) + le16(0) + le16(0) + le16(0)
             + padded("", 2083) + padded("", 516) + le16(-1) + le16(-1) + le16(0);
-        QCOMPARE(readFile(dir.filePath(QStringLiteral("WL9.nlt"))), window1 + window2);
+        QCOMPARE(readFile(dir.filePath(u"WL9.nlt"_s)), window1 + window2);
 
         LayoutBook again(dir.path());
         QVERIFY(again.LoadAllLayouts());
         QCOMPARE(again.SequenzMax, 9);
         QCOMPARE(again.ItCounter, 1);
         const LayoutItem &read = again.colLayout.at(0);
-        QCOMPARE(read.LayoutName, QStringLiteral("Morgens"));
+        QCOMPARE(read.LayoutName, u"Morgens"_s);
         QCOMPARE(read.ItCounter, 2);
         QCOMPARE(read.colFensterInfo.at(0).x, 1234.0f);
         QCOMPARE(read.colFensterInfo.at(0).Titel, QString(516, u'T'));
@@ -73,35 +78,35 @@ private slots:
     {
         QTemporaryDir dir;
         LayoutBook book(dir.path());
-        book.AddLayout(LayoutItem(), QStringLiteral("A"), {}, 0);
-        book.AddLayout(LayoutItem(), QStringLiteral("B"), {}, 0);
-        book.AddLayout(LayoutItem(), QStringLiteral("C"), {}, 1);
-        QCOMPARE(book.colLayout.at(1).LayoutName, QStringLiteral("C"));
-        QCOMPARE(book.colLayout.at(1).FileName, QStringLiteral("WL3.nlt"));
+        book.AddLayout(LayoutItem(), u"A"_s, {}, 0);
+        book.AddLayout(LayoutItem(), u"B"_s, {}, 0);
+        book.AddLayout(LayoutItem(), u"C"_s, {}, 1);
+        QCOMPARE(book.colLayout.at(1).LayoutName, u"C"_s);
+        QCOMPARE(book.colLayout.at(1).FileName, u"WL3.nlt"_s);
         QVERIFY(book.SaveAllLayouts());
-        QVERIFY(QFile::exists(dir.filePath(QStringLiteral("WL3.nlt"))));
+        QVERIFY(QFile::exists(dir.filePath(u"WL3.nlt"_s)));
         QVERIFY(book.DeleteLayout(2));
-        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("WL3.nlt"))));
+        QVERIFY(!QFile::exists(dir.filePath(u"WL3.nlt"_s)));
         LayoutBook again(dir.path());
         QVERIFY(again.LoadAllLayouts());
         QCOMPARE(again.colLayout.size(), 2);
-        QCOMPARE(again.colLayout.at(1).LayoutName, QStringLiteral("B"));
+        QCOMPARE(again.colLayout.at(1).LayoutName, u"B"_s);
     }
 
     void layoutFileKeepsEveryWindowDescription()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("arbeit.wlt"));
+        const QString path = dir.filePath(u"arbeit.wlt"_s);
         WindowDescription feed;
         feed.left = 100.5;
         feed.top = 101.5;
         feed.width = 6000;
         feed.height = -40000; // clamped, not wrapped
-        feed.address = QStringLiteral("https://planet.qt.io/rss.xml");
+        feed.address = u"https://planet.qt.io/rss.xml"_s;
         feed.addressBarVisible = 0;
         feed.toolbarVisible = -1;
         feed.windowState = 1;
-        feed.caption = QStringLiteral("Planet Qt<FEED />");
+        feed.caption = u"Planet Qt<FEED />"_s;
         QVERIFY(Layout::SaveLayout(path, {feed, WindowDescription()}).ok());
         const QByteArray first = le16(1) + le16(100) + le16(102) + le16(6000) + le16(-32768)
             + padded("https://planet.qt.io/rss.xml", 1024) + le16(0) + le16(-1) + le16(1)
@@ -109,7 +114,7 @@ private slots:
         QCOMPARE(readFile(path).left(Layout::RecordLength), first);
         QCOMPARE(readFile(path).size(), 2 * Layout::RecordLength);
 
-        const Layout::ReadResult read = Layout::LoadLayout(QStringLiteral("  ") + path);
+        const Layout::ReadResult read = Layout::LoadLayout(u"  "_s + path);
         QVERIFY(read.outcome.ok());
         QCOMPARE(read.windows.size(), 2);
         QCOMPARE(read.windows.at(0).caption, feed.caption);
@@ -120,11 +125,8 @@ private slots:
     void shortLayoutFileIsMovedAside()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("kaputt.wlt"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray(1555, 'x'));
-        file.close();
+        const QString path = dir.filePath(u"kaputt.wlt"_s);
+        QVERIFY(writeFile(path, QByteArray(1555, 'x')));
         const Layout::ReadResult read = Layout::LoadLayout(path);
         QVERIFY(read.windows.isEmpty());
         QVERIFY(read.outcome.wasMovedAside());

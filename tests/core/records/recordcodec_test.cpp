@@ -1,63 +1,55 @@
+#include "core/base/uitexts.h"
 #include "core/records/recordcodec.h"
 #include "core/records/recordfile.h"
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 class RecordCodecTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void textIsPaddedWithBlanksToItsWidth()
-    {
-        QCOMPARE(RecordCodec::encodeText(QStringLiteral("ab"), 5), QByteArray("ab   "));
-        QCOMPARE(RecordCodec::encodeText(QString(), 3), QByteArray("   "));
-    }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void longTextIsCutAtItsWidth()
+    void paddingIsSkippedButNothingInsideIt()
     {
-        const QString url = QStringLiteral("http://example.org/") + QString(3000 - 19, u'x');
-        const QByteArray field = RecordCodec::encodeText(url, 2083);
-        QCOMPARE(field.size(), 2083);
-        QCOMPARE(field, url.toUtf8().left(2083));
-    }
-
-    void cutNeverSplitsACharacter()
-    {
-        // "é" takes two bytes; with room for only one of them it is dropped whole.
-        const QByteArray field = RecordCodec::encodeText(QStringLiteral("abcé"), 4);
-        QCOMPARE(field, QByteArray("abc "));
-        QCOMPARE(RecordCodec::decodeText(field, RecordCodec::Trim::Blanks), QStringLiteral("abc"));
-        // A four-byte character at the cut goes whole too.
-        const QByteArray emoji = RecordCodec::encodeText(QStringLiteral("a\U0001F600"), 4);
-        QCOMPARE(emoji, QByteArray("a   "));
+        // The blanks of a wide field are skipped many at a time; a character anywhere
+        // among them still counts.
+        for (int at : {1, 7, 8, 9, 63, 64, 65, 1000, 2018, 2019, 2020, 2082}) {
+            QByteArray field(2083, ' ');
+            field[0] = 'a';
+            field[at] = 'x';
+            QCOMPARE(RecordCodec::decodeText(field, RecordCodec::Trim::Blanks),
+                u'a' + QString(at - 1, u' ') + u'x');
+        }
+        // Blanks alone are trimmed, and only when asked for.
+        QCOMPARE(RecordCodec::decodeText("  a b \t  ", RecordCodec::Trim::Blanks), u"a b \t"_s);
+        QCOMPARE(RecordCodec::decodeText("ab   ", RecordCodec::Trim::None), u"ab   "_s);
+        // Trailing NUL bytes are padding too, and a field of NULs is empty.
+        QCOMPARE(
+            RecordCodec::decodeText(QByteArray("ab  \0\0", 6), RecordCodec::Trim::Blanks), u"ab"_s);
+        QCOMPARE(
+            RecordCodec::decodeText(QByteArray(300, '\0'), RecordCodec::Trim::None), QString());
     }
 
     void legacyWindows1252FieldsAreRead()
     {
         // "Müller" as the Windows program wrote it: one byte per character.
         const QByteArray legacy = QByteArray("M\xfcller") + QByteArray(14, ' ');
-        QCOMPARE(
-            RecordCodec::decodeText(legacy, RecordCodec::Trim::Blanks), QStringLiteral("Müller"));
+        QCOMPARE(RecordCodec::decodeText(legacy, RecordCodec::Trim::Blanks), u"Müller"_s);
         // Bytes 0x80..0x9f are Windows-1252, not control characters.
         QCOMPARE(
             RecordCodec::decodeText(QByteArray("\x80 \x93quoted\x94"), RecordCodec::Trim::None),
-            QStringLiteral("€ “quoted”"));
+            u"€ “quoted”"_s);
         // The same name in UTF-8 reads as UTF-8.
         QCOMPARE(
-            RecordCodec::decodeText(QStringLiteral("Müller").toUtf8(), RecordCodec::Trim::None),
-            QStringLiteral("Müller"));
-    }
-
-    void trimmingTouchesBlanksOnly()
-    {
-        QCOMPARE(RecordCodec::decodeText(QByteArray("  a b \t  "), RecordCodec::Trim::Blanks),
-            QStringLiteral("a b \t"));
-        QCOMPARE(RecordCodec::decodeText(QByteArray("ab   "), RecordCodec::Trim::None),
-            QStringLiteral("ab   "));
+            RecordCodec::decodeText(u"Müller"_s.toUtf8(), RecordCodec::Trim::None), u"Müller"_s);
     }
 
     void integersAndDoublesAreLittleEndian()
@@ -85,25 +77,32 @@ private slots:
     void recordFileReadsWholeRecordsAndCreatesMissingFile()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("x.bkm"));
+        const QString path = dir.filePath(u"x.bkm"_s);
         RecordFile::ReadResult missing = RecordFile::readAll(path, 4);
         QVERIFY(missing.ok());
         QVERIFY(missing.records.isEmpty());
         QVERIFY(QFile::exists(path));
 
-        QVERIFY(RecordFile::writeAll(path, {QByteArray("abcd"), QByteArray("efgh")}));
-        const RecordFile::ReadResult two = RecordFile::readAll(path, 4);
-        QCOMPARE(two.records, (QList<QByteArray> {QByteArray("abcd"), QByteArray("efgh")}));
+        // More records than one block of reading holds, each handed out whole and in order.
+        QList<QByteArray> records;
+        for (int i = 0; i < 1000; ++i)
+            records.append(QByteArray::number(i).rightJustified(300, '.'));
+        QVERIFY(RecordFile::writeAll(path, records));
+        QCOMPARE(RecordFile::readAll(path, 300).records, records);
+        int taken = 0;
+        RecordFile::readEach(path, 300, RecordFile::Missing::LeaveAbsent,
+            [&](QByteArrayView record) { return record == records.at(taken++) && taken < 10; });
+        QCOMPARE(taken, 10);
     }
 
     void fileOfWrongLengthIsMovedAsideNotDeleted()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("Book.bkm"));
+        const QString path = dir.filePath(u"Book.bkm"_s);
         QVERIFY(RecordFile::writeBytes(path, QByteArray("abcdefg")));
         const RecordFile::ReadResult result = RecordFile::readAll(path, 4);
         QVERIFY(result.records.isEmpty());
-        QVERIFY(result.movedAsidePath.startsWith(path + QStringLiteral(".bad-")));
+        QVERIFY(result.movedAsidePath.startsWith(path + u".bad-"_s));
         QFile moved(result.movedAsidePath);
         QVERIFY(moved.open(QIODevice::ReadOnly));
         QCOMPARE(moved.readAll(), QByteArray("abcdefg"));
@@ -113,6 +112,21 @@ private slots:
         QVERIFY(!again.movedAsidePath.isEmpty());
         QVERIFY(again.movedAsidePath != result.movedAsidePath);
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files).size(), 2);
+        // The user is told in the words of the text table.
+        UiTexts::load(UiTexts::Language::German);
+        QCOMPARE(again.outcome(path).message(), uiText(2000).arg(path, again.movedAsidePath));
+    }
+
+    void fileThatCannotBeMovedAsideIsACodedFailure()
+    {
+        // A name so long that the moved-aside name would exceed what a folder allows.
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QString(244, u'x'));
+        QVERIFY(RecordFile::writeBytes(path, QByteArray("abcdefg")));
+        const RecordFile::ReadResult result = RecordFile::readAll(path, 4);
+        QCOMPARE(result.problem, FileOutcome::Problem::CannotMoveAside);
+        QVERIFY(result.records.isEmpty());
+        QCOMPARE(result.outcome(path).message(), uiText(2002).arg(path, uiText(2080)));
     }
 };
 
