@@ -128,11 +128,16 @@ QString decodeText(const QByteArray &field, Trim trim)
 
 QString decodeText(QByteArrayView field, Trim trim)
 {
+    // No text holds a NUL: fields never written were left full of them, and one left
+    // among the blanks would make a value read differently once saved again.
+    if (field.contains('\0')) {
+        QByteArray kept = field.toByteArray();
+        kept.removeIf([](char c) { return c == '\0'; });
+        return decodeText(QByteArrayView(kept), trim);
+    }
     // Padding is cut off before decoding: most of a field is usually blanks.
     qsizetype begin = 0;
     qsizetype end = field.size();
-    while (end > 0 && field.at(end - 1) == '\0')
-        --end;
     if (trim == Trim::Blanks) {
         while (end > 0 && field.at(end - 1) == ' ')
             --end;

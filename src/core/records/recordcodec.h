@@ -13,7 +13,7 @@ enum class Trim { None, Blanks };
 // Encodes text into exactly `width` bytes.
 QByteArray encodeText(const QString &text, int width);
 // Decodes a field: UTF-8 when the bytes are valid UTF-8, otherwise Windows-1252
-// (files written by the Windows program). Trailing NUL bytes count as padding.
+// (files written by the Windows program). NUL bytes count as padding wherever they stand.
 QString decodeText(const QByteArray &field, Trim trim);
 QString decodeText(QByteArrayView field, Trim trim);
 // Encodes text into exactly `width` bytes at `out`, as encodeText does.
