@@ -1,8 +1,8 @@
 #!/bin/sh
 # Installs what is missing, builds everything with warnings as errors and runs every
-# test; then builds the headless core with the address and undefined-behaviour
-# sanitizers and runs its tests again; kills the tool 300 times while it saves; last, runs every fuzz harness for 20 seconds
-# (VANTRELL_SKIP_FUZZ=1 leaves that out).
+# test; kills the tool 300 times while it saves; builds the headless core with the
+# address and undefined-behaviour sanitizers and runs its tests again; last, runs every
+# fuzz harness for 20 seconds (VANTRELL_SKIP_FUZZ=1 leaves that out).
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/install-deps.sh"
