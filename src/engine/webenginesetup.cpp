@@ -5,6 +5,8 @@
 #include <QBuffer>
 #include <QFile>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
@@ -33,6 +35,12 @@ public:
                 body = file.readAll();
         } else if (url.host() == u"page") {
             body = GeneratedPages::instance().page(url.path().mid(1));
+            // A second wall behind the feed cleaner: no script runs on a generated page,
+            // not even the page's own. Coming first, the policy holds for everything after.
+            if (!body.isEmpty())
+                body.prepend("<meta http-equiv=\"Content-Security-Policy\" "
+                             "content=\"script-src 'none'; object-src 'none'; base-uri 'self' "
+                             "http: https:\">");
         }
         if (body.isEmpty()) {
             job->fail(QWebEngineUrlRequestJob::UrlNotFound);
@@ -43,6 +51,31 @@ public:
         job->reply(QByteArrayLiteral("text/html;charset=utf-8"), buffer);
     }
 };
+
+// The feed page's boxes open and close as its own toggle script would have them, but
+// from the program's side: the page itself may run no script at all.
+QWebEngineScript feedToggle()
+{
+    QWebEngineScript script;
+    script.setName(QStringLiteral("vantrell-feed-toggle"));
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setRunsOnSubFrames(false);
+    script.setSourceCode(QStringLiteral(R"(
+if (location.protocol === 'vantrell:') {
+    document.addEventListener('click', function (event) {
+        const sign = event.target.closest && event.target.closest('div.toggle[onclick]');
+        const found = sign && /togglediv\(this,\s*(dr\d+)/.exec(sign.getAttribute('onclick'));
+        const row = found && document.getElementById(found[1]);
+        if (!row)
+            return;
+        const open = sign.innerText !== '-';
+        sign.innerText = open ? '-' : '+';
+        row.style.display = open ? 'inline' : 'none';
+    });
+})"));
+    return script;
+}
 
 QWebEngineProfile *&sharedProfile()
 {
@@ -78,6 +111,7 @@ QWebEngineProfile *profile(const QString &dataFolder)
     created->setPersistentStoragePath(dataFolder + QStringLiteral("/engine"));
     created->setCachePath(dataFolder + QStringLiteral("/engine-cache"));
     created->installUrlSchemeHandler(schemeName().toLatin1(), new OwnSchemeHandler(created));
+    created->scripts()->insert(feedToggle());
     created->settings()->setAttribute(QWebEngineSettings::FullScreenSupportEnabled, true);
     created->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, true);
     created->settings()->setAttribute(QWebEngineSettings::JavascriptCanAccessClipboard, false);

@@ -60,8 +60,14 @@ int show(ToolContext &context, QString path)
                 << ToolContext::escaped(w.caption) << '\n';
         }
     } else if (path.endsWith(QStringLiteral(".nlt"), Qt::CaseInsensitive)) {
+        // Only a file named as the layout archive names its files: WLn.nlt.
+        const QString name = QFileInfo(path).fileName();
+        if (!ArchiveFiles::isOwnFileName(name, ArchiveFiles::FileKind::Layout))
+            return context.fail(ToolContext::DataError,
+                QStringLiteral("%1 is not named as a layout's file (WLn.nlt)").arg(name));
         LayoutItem item(QFileInfo(path).absolutePath());
-        item.FileName = QFileInfo(path).fileName();
+        item.FileName = name;
+        item.Sequenz = name.mid(2, name.size() - 6).toInt();
         const FileOutcome outcome = item.LoadAllFensterInfos();
         reportMovedAside(context, outcome);
         if (!outcome.ok())
@@ -80,6 +86,30 @@ int show(ToolContext &context, QString path)
     out.flush();
     return ToolContext::Success;
 }
+// Adds the windows of a layout file to the layout archive as a new layout.
+int add(ToolContext &context, const QString &name, const QString &path, const QString &info)
+{
+    const Layout::ReadResult read = Layout::LoadLayout(path);
+    reportMovedAside(context, read.outcome);
+    if (!read.outcome.ok())
+        return context.fail(ToolContext::DataError,
+            QStringLiteral("cannot read %1: %2").arg(path, read.outcome.error));
+    LayoutBook book(context.dataFolder);
+    book.LoadAllLayouts();
+    LayoutItem item;
+    for (const WindowDescription &window : read.windows)
+        item.colFensterInfo.append(Layout::toFensterInfo(window));
+    const LayoutItem &added = book.AddLayout(std::move(item), name, info, 0);
+    const QString fileName = added.FileName;
+    if (!book.SaveAllLayouts())
+        return context.fail(ToolContext::DataError,
+            QStringLiteral("cannot write %1: %2")
+                .arg(book.lastOutcome().path, book.lastOutcome().error));
+    context.out << "added layout '" << name << "' with " << read.windows.size() << " windows as "
+                << fileName << '\n';
+    context.out.flush();
+    return ToolContext::Success;
+}
 } // namespace
 
 int runLayoutsCommand(ToolContext &context)
@@ -89,6 +119,11 @@ int runLayoutsCommand(ToolContext &context)
         return list(context);
     if (verb == u"show" && context.arguments.size() == 2)
         return show(context, context.arguments.at(1));
-    return context.fail(
-        ToolContext::UsageError, QStringLiteral("usage: layouts list | layouts show FILE"));
+    if (verb == u"add" && (context.arguments.size() == 3 || context.arguments.size() == 5)
+        && (context.arguments.size() == 3 || context.arguments.at(3) == u"--info"))
+        return add(
+            context, context.arguments.at(1), context.arguments.at(2), context.arguments.value(4));
+    return context.fail(ToolContext::UsageError,
+        QStringLiteral(
+            "usage: layouts list | layouts show FILE | layouts add NAME FILE.wlt [--info TEXT]"));
 }

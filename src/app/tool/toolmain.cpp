@@ -14,7 +14,7 @@ void printUsage(QTextStream &err)
            "  prefs show [--show-passwords] | prefs set NAME VALUE\n"
            "  bookmarks list|add-folder|rename-folder|delete-folder|add|delete|sort|export|import "
            "...\n"
-           "  layouts list | layouts show FILE\n"
+           "  layouts list | layouts show FILE | layouts add NAME FILE.wlt [--info TEXT]\n"
            "  feed render SOURCE [--link-text TEXT]\n";
     err.flush();
 }

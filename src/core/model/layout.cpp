@@ -15,6 +15,21 @@ constexpr int CaptionAt = 1040, CaptionWidth = 516;
 
 namespace Layout {
 
+FensterInfo toFensterInfo(const WindowDescription &window)
+{
+    FensterInfo info;
+    info.x = float(window.left);
+    info.y = float(window.top);
+    info.Breite = float(window.width);
+    info.Hoehe = float(window.height);
+    info.URL = window.address;
+    info.Titel = window.caption;
+    info.WindowState = window.windowState;
+    info.ToolbarVisible = window.toolbarVisible;
+    info.AdressbarVisible = window.addressBarVisible;
+    return info;
+}
+
 QByteArray encodeRecord(const WindowDescription &window, qint16 number)
 {
     RecordWriter writer(RecordLength);

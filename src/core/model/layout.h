@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/model/fensterinfo.h"
 #include "core/records/archivefiles.h"
 
 #include <QList>
@@ -40,6 +41,9 @@ FileOutcome SaveLayout(const QString &path, const QList<WindowDescription> &wind
 // Reads the windows of a layout file; a file that is not a whole number of records
 // is moved aside and yields no window.
 ReadResult LoadLayout(const QString &path);
+
+// The window as a layout of the layout archive keeps it.
+FensterInfo toFensterInfo(const WindowDescription &window);
 
 QByteArray encodeRecord(const WindowDescription &window, qint16 number);
 WindowDescription decodeRecord(const QByteArray &record);

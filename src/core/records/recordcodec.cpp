@@ -121,12 +121,20 @@ QString decodeText(QByteArrayView field, Trim trim)
             end -= 64;
         while (end >= 8 && allBlanks(data + end - 8, 1))
             end -= 8;
-        while (end > 0 && data[end - 1] == ' ')
+        while (end > 0 && (data[end - 1] == ' ' || data[end - 1] == '\0'))
             --end;
-        while (begin < end && data[begin] == ' ')
+        while (begin < end && (data[begin] == ' ' || data[begin] == '\0'))
             ++begin;
     }
-    const QByteArrayView bytes(data + begin, end - begin);
+    QByteArrayView bytes(data + begin, end - begin);
+    // No text holds a NUL: fields never written were left full of them, and one left
+    // among the blanks would make a value read differently once saved again.
+    QByteArray withoutNul;
+    if (std::memchr(bytes.data(), 0, size_t(bytes.size()))) {
+        withoutNul = bytes.toByteArray();
+        withoutNul.removeIf([](char c) { return c == '\0'; });
+        bytes = withoutNul;
+    }
     // ASCII reads the same in UTF-8 and Latin-1, and its blanks are already trimmed.
     if (isAscii(bytes))
         return QString::fromLatin1(bytes);

@@ -17,7 +17,7 @@ void encodeTextTo(char *out, QStringView text, int width);
 // The same in bytes of their own.
 QByteArray encodeText(const QString &text, int width);
 // Decodes a field: UTF-8 when the bytes are valid UTF-8, otherwise Windows-1252
-// (files written by the Windows program). Trailing NUL bytes count as padding.
+// (files written by the Windows program). NUL bytes count as padding wherever they stand.
 QString decodeText(QByteArrayView field, Trim trim);
 // Writes the UTF-8 of the character at `at` (not ASCII) to `out` as QString::toUtf8
 // does, a lone surrogate as '?'; advances both. At most four bytes.
