@@ -178,6 +178,7 @@ QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
     if (!spent.take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString cleaned;
+    bool rewritten = false;
     parseFragment(html, spent.arena(), [&](const GumboOutput *parsed) {
         const GumboVector &children = parsed->root->v.element.children;
         // Well-formed markup with nothing to leave out stays as the feed wrote it.
@@ -188,8 +189,26 @@ QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
         Writer writer(false);
         writer.writeChildren(children);
         cleaned = writer.output;
+        rewritten = true;
     });
-    return cleaned;
+    if (!rewritten)
+        return cleaned;
+    // The parser repairs broken markup into trees that do not read back as themselves
+    // once written (a heading it left inside another heading, text a table pushes out):
+    // such markup is written again from its own tree until it does, so that the page
+    // shows the tree that was cleaned and cleaning never changes clean markup.
+    for (int round = 0; round < 3; ++round) {
+        QString again;
+        parseFragment(cleaned, spent.arena(), [&](const GumboOutput *parsed) {
+            Writer writer(false);
+            writer.writeChildren(parsed->root->v.element.children);
+            again = writer.output;
+        });
+        if (again == cleaned)
+            return cleaned;
+        cleaned = again;
+    }
+    return withoutTags(html);
 }
 
 QString FeedHtmlCleaner::toPlainText(const QString &html, Budget *budget)
