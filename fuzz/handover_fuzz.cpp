@@ -1,16 +1,33 @@
-// A command line handed over by a second start, of any text: the address to open is
-// taken from the line without crash and holds nothing the line did not.
+// A hand-over from a second start, of any bytes in any pieces: the line is taken
+// within its limit, and the address to open is taken from it without crash and holds
+// nothing the line did not.
 #include "core/base/commandline.h"
+#include "core/base/singleinstance.h"
 #include "scratchfolder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QString line = QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size));
+    if (size < 1)
+        return 0;
+    // The first byte says how large the pieces are that arrive one after another.
+    const qsizetype piece = 1 + data[0] * 97;
+    const QByteArray bytes(reinterpret_cast<const char *>(data + 1), qsizetype(size - 1));
+    QByteArray buffer;
+    QString line;
+    SingleInstance::LineState state = SingleInstance::LineState::Incomplete;
+    for (qsizetype at = 0; at < bytes.size() && state == SingleInstance::LineState::Incomplete;
+         at += piece) {
+        buffer.append(bytes.mid(at, piece));
+        state = SingleInstance::takeLine(buffer, &line);
+        FUZZ_ASSERT(buffer.size() < SingleInstance::MaxMessageBytes + piece);
+    }
+    if (state != SingleInstance::LineState::Complete)
+        return 0;
+    FUZZ_ASSERT(buffer.isEmpty());
+    FUZZ_ASSERT(!line.contains(u'\n') && line.size() < SingleInstance::MaxMessageBytes);
     const int markers = CommandLine::markerSum(line);
     FUZZ_ASSERT(markers >= 0);
-    const QString address = CommandLine::addressToOpen(line);
-    FUZZ_ASSERT(address.size() <= line.size());
-    const QString first = CommandLine::FirstArgument(line, markers);
-    FUZZ_ASSERT(first.size() <= line.size());
+    FUZZ_ASSERT(CommandLine::addressToOpen(line).size() <= line.size());
+    FUZZ_ASSERT(CommandLine::FirstArgument(line, markers).size() <= line.size());
     return 0;
 }

@@ -45,7 +45,7 @@ for h in $harnesses; do
         netscapeimport) max=65536 dict=html.dict extra="$top/tests/corpus/bookmarks" ;;
         feed) max=65536 dict=xml.dict extra="$top/tests/corpus/feeds" ;;
         feedcleaner) max=16384 dict=html.dict extra="$top/tests/corpus/xss $top/tests/corpus/bookmarks" ;;
-        handover) max=4096 dict= extra= ;;
+        handover) max=70000 dict= extra= ;;
         *) echo "fuzz.sh: no harness named $h (one of: $all)" >&2; exit 2 ;;
     esac
     corpus="$build/corpus/$h"

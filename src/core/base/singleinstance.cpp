@@ -78,6 +78,17 @@ bool SingleInstance::handOver(const QString &rawLine)
     return reply.startsWith("ok");
 }
 
+SingleInstance::LineState SingleInstance::takeLine(QByteArray &buffer, QString *line)
+{
+    const qsizetype end = buffer.indexOf('\n');
+    if (end < 0 || end >= MaxMessageBytes)
+        return end < 0 && buffer.size() < MaxMessageBytes ? LineState::Incomplete
+                                                          : LineState::TooLong;
+    *line = QString::fromUtf8(buffer.left(end));
+    buffer.clear();
+    return LineState::Complete;
+}
+
 void SingleInstance::acceptConnection()
 {
     while (QLocalSocket *socket = m_server->nextPendingConnection()) {
@@ -99,14 +110,12 @@ void SingleInstance::acceptConnection()
         connect(socket, &QLocalSocket::errorOccurred, socket, drop);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket, buffer, drop] {
             buffer->append(socket->readAll());
-            const qsizetype end = buffer->indexOf('\n');
-            if (end < 0) {
-                if (buffer->size() >= MaxMessageBytes)
-                    drop();
+            QString line;
+            const LineState state = takeLine(*buffer, &line);
+            if (state == LineState::TooLong)
+                drop();
+            if (state != LineState::Complete)
                 return;
-            }
-            const QString line = QString::fromUtf8(buffer->left(end));
-            buffer->clear();
             emit commandLineReceived(line);
             socket->write("ok\n");
             socket->flush();

@@ -30,6 +30,11 @@ public:
     static QString serverName(const QString &dataFolder);
     static constexpr int MaxMessageBytes = 64 * 1024;
 
+    // Takes the hand-over line out of the bytes a peer sent so far: one line, ended by
+    // a line feed, within MaxMessageBytes; whatever follows it is dropped with it.
+    enum class LineState { Incomplete, Complete, TooLong };
+    static LineState takeLine(QByteArray &buffer, QString *line);
+
 signals:
     // The running instance received a command line from a second start.
     void commandLineReceived(const QString &rawLine);
