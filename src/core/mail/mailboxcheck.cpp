@@ -153,6 +153,9 @@ void MailboxCheck::finish(Failure failure, const QString &detail)
     m_timeout.stop();
     if (m_socket) {
         m_socket->disconnect(this);
+        // What the dialogue wrote last (QUIT) goes out before the connection is cut.
+        if (m_socket->state() == QAbstractSocket::ConnectedState)
+            m_socket->flush();
         m_socket->abort();
     }
     emit finished();
