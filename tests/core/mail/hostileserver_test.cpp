@@ -1,5 +1,6 @@
 #include "core/mail/mailchecker.h"
 #include "core/prefs/prefer.h"
+#include "scriptedpop3server.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -15,63 +16,6 @@
 
 namespace {
 using Failure = MailboxCheck::Failure;
-
-// A POP3 server on 127.0.0.1 that behaves as each case scripts it. By default it
-// answers like a small honest server with three messages.
-class ScriptedServer final : public QTcpServer
-{
-public:
-    std::function<void(QTcpSocket *)> greet
-        = [](QTcpSocket *socket) { socket->write("+OK ready\r\n"); };
-    std::function<void(QTcpSocket *, const QByteArray &)> answer
-        = [](QTcpSocket *socket, const QByteArray &command) {
-              if (command == "LIST")
-                  socket->write("+OK 3 300\r\n1 100\r\n2 100\r\n3 100\r\n.\r\n");
-              else if (command == "QUIT") {
-                  socket->write("+OK bye\r\n");
-                  socket->disconnectFromHost();
-              } else
-                  socket->write("+OK\r\n");
-          };
-    QByteArray received;
-    QList<QPointer<QTcpSocket>> connections;
-
-    ScriptedServer()
-    {
-        listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection()) {
-                socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-                connections.append(socket);
-                auto *pending = new QByteArray;
-                connect(socket, &QObject::destroyed, [pending] { delete pending; });
-                connect(socket, &QTcpSocket::readyRead, this, [this, socket, pending] {
-                    const QByteArray bytes = socket->readAll();
-                    received += bytes;
-                    *pending += bytes;
-                    qsizetype end;
-                    while ((end = pending->indexOf("\r\n")) >= 0) {
-                        const QByteArray line = pending->left(end);
-                        pending->remove(0, end + 2);
-                        answer(socket, line.split(' ').first());
-                    }
-                });
-                greet(socket);
-            }
-        });
-    }
-
-    QString address() const { return QStringLiteral("pop3://127.0.0.1:%1").arg(serverPort()); }
-
-    bool allClosed() const
-    {
-        for (const QPointer<QTcpSocket> &socket : connections) {
-            if (socket && socket->state() != QAbstractSocket::UnconnectedState)
-                return false;
-        }
-        return true;
-    }
-};
 
 struct MailboxRecord
 {
@@ -141,7 +85,7 @@ private slots:
     {
         QFETCH(int, scenario);
         QFETCH(int, failure);
-        ScriptedServer hostile;
+        ScriptedPop3Server hostile;
         switch (scenario) {
         case 0:
             hostile.greet = [](QTcpSocket *) {};
@@ -193,7 +137,7 @@ private slots:
             };
             break;
         }
-        ScriptedServer next;
+        ScriptedPop3Server next;
         const QList<MailboxRecord> records = poll({&hostile, &next}, 300);
         QCOMPARE(records.size(), 2);
         QCOMPARE(int(records.at(0).failure), failure);
@@ -220,7 +164,7 @@ private slots:
     void repliesSplitAnywhereAreReadWhole()
     {
         QFETCH(int, at);
-        ScriptedServer server;
+        ScriptedPop3Server server;
         // Each reply leaves in two pieces, in order, 15 ms apart.
         auto pieces = std::make_shared<QList<QByteArray>>();
         const auto split = [at, pieces](QTcpSocket *socket, const QByteArray &reply) {
@@ -243,7 +187,7 @@ private slots:
 
     void severalRepliesInOnePacketAreEachAnswered()
     {
-        ScriptedServer server;
+        ScriptedPop3Server server;
         server.greet = [](QTcpSocket *socket) {
             socket->write("+OK ready\r\n+OK\r\n+OK\r\n+OK 12 1200\r\n.\r\n+OK bye\r\n");
         };
@@ -259,8 +203,8 @@ private slots:
     {
         // Scaled down: with the real 15 seconds this poll takes a minute.
         const int timeout = 200;
-        ScriptedServer silent[4];
-        for (ScriptedServer &server : silent)
+        ScriptedPop3Server silent[4];
+        for (ScriptedPop3Server &server : silent)
             server.greet = [](QTcpSocket *) {};
         QElapsedTimer clock;
         clock.start();
@@ -272,12 +216,12 @@ private slots:
             QCOMPARE(int(record.failure), int(Failure::TimedOut));
         // Timers may fire up to 5 % early.
         QVERIFY2(elapsed >= 4 * timeout * 95 / 100, qPrintable(QString::number(elapsed)));
-        for (ScriptedServer &server : silent)
+        for (ScriptedPop3Server &server : silent)
             QTRY_VERIFY(server.allClosed());
     }
 
 private:
-    QList<MailboxRecord> poll(const QList<ScriptedServer *> &servers, int timeout)
+    QList<MailboxRecord> poll(const QList<ScriptedPop3Server *> &servers, int timeout)
     {
         Prefer p;
         const QList<void (Prefer::*)(const QString &)> setServer = {
