@@ -81,16 +81,6 @@ void MailboxCheck::start()
         m_socket->connectToHost(address.host, address.port);
 }
 
-void MailboxCheck::abort()
-{
-    if (!m_started) {
-        m_started = true;
-        finishLater(Failure::None);
-        return;
-    }
-    finish(Failure::None);
-}
-
 void MailboxCheck::readAvailable()
 {
     if (m_finished)

@@ -50,15 +50,10 @@ public:
     }
 
     void start();
-    // Ends the visit now, reporting no failure; `finished` still follows.
-    void abort();
 
-    bool isFinished() const { return m_finished; }
     Failure failure() const { return m_failure; }
     // The socket's or the TLS library's words for a failure, when there are any.
     QString failureDetail() const { return m_failureDetail; }
-    int step() const { return m_dialogue ? m_dialogue->step() : 0; }
-    bool quitSent() const { return m_dialogue && m_dialogue->quitSent(); }
 
 Q_SIGNALS:
     void newMail();
