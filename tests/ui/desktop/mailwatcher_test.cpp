@@ -78,18 +78,6 @@ private slots:
         QVERIFY(finished.wait(5000));
         QCOMPARE(announced.at(4).at(1).toBool(), true);
     }
-
-    void timeOutsAndRefusalsAreNotReported()
-    {
-        using Failure = MailboxCheck::Failure;
-        QVERIFY(MailWatcher::failureText(QStringLiteral("a"), Failure::TimedOut, {}).isEmpty());
-        QVERIFY(MailWatcher::failureText(QStringLiteral("a"), Failure::None, {}).isEmpty());
-        const QString certificate
-            = MailWatcher::failureText(QStringLiteral("pop3s://mail.example.org"),
-                Failure::Certificate, QStringLiteral("The certificate has expired"));
-        QVERIFY(certificate.contains(QStringLiteral("pop3s://mail.example.org")));
-        QVERIFY(certificate.contains(QStringLiteral("The certificate has expired")));
-    }
 };
 
 QTEST_MAIN(MailWatcherTest)
