@@ -13,6 +13,8 @@
 
 #include <grp.h>
 #include <pwd.h>
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -140,6 +142,8 @@ service anvil {
         writeFile(root + QStringLiteral("/dovecot.conf"), config.toUtf8());
 
         m_process.setProcessChannelMode(QProcess::MergedChannels);
+        // A test that crashes takes its server with it.
+        m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
         m_process.start(binary,
             {QStringLiteral("-F"), QStringLiteral("-c"), root + QStringLiteral("/dovecot.conf")});
         if (!m_process.waitForStarted(5000))
