@@ -9,9 +9,9 @@ qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev
 qt6-webengine-dev libqt6webenginecore6-bin qt6-webengine-dev-tools
 libqt6svg6 qt6-qpa-plugins qt6-image-formats-plugins
 libgumbo-dev libgl-dev libxkbcommon-dev openssl clang-format
-qt6-multimedia-dev dovecot-pop3d
 xvfb xauth xdg-utils libglib2.0-bin
 fonts-dejavu-core fonts-liberation2
+qt6-multimedia-dev dovecot-pop3d
 "
 
 missing=""

@@ -74,25 +74,25 @@ QString MailWatcher::failureText(
     case Failure::TimedOut:
         return QString();
     case Failure::SocketError:
-        reason = uiText(2077).arg(server, detail);
+        reason = uiText(2110).arg(server, detail);
         break;
     case Failure::Certificate:
-        reason = uiText(2078).arg(server, detail);
+        reason = uiText(2111).arg(server, detail);
         break;
     case Failure::LineTooLong:
-        reason = uiText(2079).arg(server);
+        reason = uiText(2112).arg(server);
         break;
     case Failure::TooMuchData:
-        reason = uiText(2080).arg(server);
+        reason = uiText(2113).arg(server);
         break;
     case Failure::StartTlsRefused:
-        reason = uiText(2081).arg(server);
+        reason = uiText(2114).arg(server);
         break;
     case Failure::BadAddress:
-        reason = uiText(2082).arg(server);
+        reason = uiText(2115).arg(server);
         break;
     case Failure::BadAccount:
-        reason = uiText(2083).arg(server);
+        reason = uiText(2116).arg(server);
         break;
     }
     return uiText(1132) + u' ' + reason;
