@@ -10,12 +10,16 @@
 #include "engine/downloads.h"
 #include "engine/webenginesetup.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/desktop/mailwatcher.h"
 #include "ui/frame/appicon.h"
+#include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
+#include "ui/frame/statuspanels.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
 #include "ui/frame/windowsets.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -155,6 +159,16 @@ int Main(int argc, char *argv[])
     if (loaded == Prefer::LoadResult::ReplacedInvalid)
         frame.setStatusText(uiText(2000).arg(prefPath, prefer().movedAsidePath()));
     runStartOption(frame, dataFolder);
+
+    // The mail check; starting the mail program, or a click on the notice, hides it.
+    auto *mail = new MailWatcher(&frame);
+    StatusPanels *panels = frame.menus()->statusPanels();
+    QAction *mailProgram = frame.menuAction(QStringLiteral("mn_Email"));
+    QObject::connect(mail, &MailWatcher::statusText, &frame, &MDIForm1::setStatusText);
+    QObject::connect(mail, &MailWatcher::mailNotice, panels, &StatusPanels::setMailNotice);
+    QObject::connect(panels, &StatusPanels::mailNoticeClicked, mailProgram, &QAction::trigger);
+    QObject::connect(mailProgram, &QAction::triggered, mail, &MailWatcher::mailProgramStarted);
+    mail->start();
 
     // The system asking the program to quit closes it as the user would.
     QuitSignals quit;

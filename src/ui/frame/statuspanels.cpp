@@ -3,6 +3,7 @@
 #include "core/base/uitexts.h"
 
 #include <QDateTime>
+#include <QEvent>
 #include <QIcon>
 #include <QLabel>
 #include <QPainter>
@@ -42,6 +43,7 @@ StatusPanels::StatusPanels(QStatusBar *bar)
         QIcon::fromTheme(QStringLiteral("mail-unread"), envelopeIcon()).pixmap(16, 16));
     m_email->setToolTip(uiText(608));
     m_email->hide();
+    m_email->installEventFilter(this);
     m_date = panel(QStringLiteral("date"));
     m_time = panel(QStringLiteral("time"));
     tick();
@@ -55,6 +57,13 @@ void StatusPanels::setMailNotice(bool visible, const QString &toolTip)
     if (!toolTip.isEmpty())
         m_email->setToolTip(toolTip);
     m_email->setVisible(visible);
+}
+
+bool StatusPanels::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_email && event->type() == QEvent::MouseButtonRelease)
+        emit mailNoticeClicked();
+    return QObject::eventFilter(watched, event);
 }
 
 void StatusPanels::tick()

@@ -23,6 +23,12 @@ public:
     // Shows or hides the mail picture with the tool tip that says why.
     void setMailNotice(bool visible, const QString &toolTip = QString());
 
+signals:
+    void mailNoticeClicked();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void tick();
 

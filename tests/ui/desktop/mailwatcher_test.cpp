@@ -1,0 +1,84 @@
+#include "core/base/uitexts.h"
+#include "core/mail/mailchecker.h"
+#include "core/prefs/prefer.h"
+#include "scriptedpop3server.h"
+#include "ui/desktop/mailwatcher.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+// The user's side of the mail check: the notice, its chime and the status text.
+class MailWatcherTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+        UiTexts::load(UiTexts::Language::German);
+    }
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+
+    void noticeChimesOnceUntilTheMailProgramStarts()
+    {
+        ScriptedPop3Server first, second;
+        Prefer p;
+        p.setMailSrv1(first.address());
+        p.setMailSrv2(QStringLiteral("pop3://no such host"));
+        p.setMailSrv3(second.address());
+        p.setEnableMailCheck1(-1);
+        p.setEnableMailCheck2(-1);
+        p.setEnableMailCheck3(-1);
+        MailWatcher watcher;
+        watcher.checker()->InitForPOP3(false, p);
+        // The chime is built into the program.
+        QFile chime(QStringLiteral(":/sounds/notify.wav"));
+        QVERIFY(chime.open(QIODevice::ReadOnly));
+        QCOMPARE(chime.read(4), QByteArray("RIFF"));
+        QSignalSpy announced(&watcher, &MailWatcher::announced);
+        QSignalSpy notice(&watcher, &MailWatcher::mailNotice);
+        QSignalSpy status(&watcher, &MailWatcher::statusText);
+        QSignalSpy finished(watcher.checker(), &MailChecker::pollFinished);
+
+        watcher.checker()->poll();
+        QVERIFY(finished.wait(5000));
+        // Two mailboxes with mail in one poll: one chime, both named in turn.
+        QCOMPARE(announced.count(), 2);
+        QCOMPARE(announced.at(0).at(0).toString(), first.address());
+        QCOMPARE(announced.at(0).at(1).toBool(), true);
+        QCOMPARE(announced.at(1).at(0).toString(), second.address());
+        QCOMPARE(announced.at(1).at(1).toBool(), false);
+        QVERIFY(watcher.isNoticeShown());
+        QCOMPARE(notice.last().at(0).toBool(), true);
+        QCOMPARE(notice.last().at(1).toString(),
+            QStringLiteral("Sie haben E-Mail ! (") + second.address() + u')');
+
+        // Progress for each mailbox, and the bad address stays reported after the poll.
+        QCOMPARE(status.at(0).at(0).toString(),
+            first.address() + QStringLiteral(" Server wird nach E-Mail durchsucht..."));
+        const QString problem = status.last().at(0).toString();
+        QVERIFY2(problem.startsWith(QStringLiteral("Es gab Probleme beim Durchsuchen von E-Mail !"))
+                && problem.contains(QStringLiteral("pop3://no such host")),
+            qPrintable(problem));
+
+        // A later poll while the notice shows stays silent.
+        watcher.checker()->poll();
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(announced.count(), 4);
+        QCOMPARE(announced.at(2).at(1).toBool(), false);
+
+        watcher.mailProgramStarted();
+        QVERIFY(!watcher.isNoticeShown());
+        QCOMPARE(notice.last().at(0).toBool(), false);
+        watcher.checker()->poll();
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(announced.at(4).at(1).toBool(), true);
+    }
+};
+
+QTEST_MAIN(MailWatcherTest)
+#include "mailwatcher_test.moc"
