@@ -17,7 +17,7 @@ cmake -S "$top" -B "$top/build-test" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTREL
 cmake --build "$top/build-test" -j "$jobs"
 ctest --test-dir "$top/build-test" --output-on-failure -j "$jobs"
 # The tool killed 300 times while it saves: no data file may be left torn.
-"$top/build-test/tests/app/killHarness" 300
+"$top/build-test/bench/killsafety/killSafety" 300
 
 cmake -S "$top" -B "$top/build-asan" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTRELL_WERROR=ON \
     -DVANTRELL_CORE_ONLY=ON -DVANTRELL_SANITIZE=ON >/dev/null

@@ -3,7 +3,7 @@
 // or as the command leaves it when it runs to its end, and readable by the program's
 // own readers without being moved aside.
 //
-//   killHarness [KILLS]        (300 unless told otherwise)
+//   killSafety [KILLS]        (300 unless told otherwise)
 //
 // The data folder lies in the temporary folder, on disk: each atomic save waits for
 // its file to reach the disk, so the saving takes much of a command's time.
@@ -207,6 +207,8 @@ int main(int argc, char **argv)
                 // the program reads.
                 ++leftovers;
                 const QString name = QFileInfo(it.key()).fileName();
+                std::printf("kill %d (%s) left %s behind\n", i, qPrintable(command.join(u' ')),
+                    qPrintable(it.key()));
                 for (const char *suffix : {".bkm", ".nlt", ".vtp", ".wlt", ".html"}) {
                     if (name.endsWith(QLatin1String(suffix))) {
                         std::fprintf(stderr, "kill %d: leftover %s\n", i, qPrintable(name));
