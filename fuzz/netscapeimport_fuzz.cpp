@@ -3,9 +3,8 @@
 // anchors once parsed as a browser parses it (the parser's repair of misnested anchors
 // may clone one, and a nested folder's anchors count for every folder around it).
 #include "core/exchange/netscapeimport.h"
+#include "parsedhtml.h"
 #include "scratchfolder.h"
-
-#include <gumbo.h>
 
 namespace {
 qint64 elementsOf(const GumboNode *node, GumboTag tag)
@@ -30,11 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         FUZZ_ASSERT(result.folders.isEmpty());
         return 0;
     }
-    GumboOutput *output
-        = gumbo_parse_with_options(&kGumboDefaultOptions, bytes.constData(), size_t(bytes.size()));
-    const qint64 anchors = elementsOf(output->root, GUMBO_TAG_A);
-    const qint64 headings = elementsOf(output->root, GUMBO_TAG_H3);
-    gumbo_destroy_output(&kGumboDefaultOptions, output);
+    const ParsedHtml parsed(bytes);
+    const qint64 anchors = elementsOf(parsed.root(), GUMBO_TAG_A);
+    const qint64 headings = elementsOf(parsed.root(), GUMBO_TAG_H3);
     FUZZ_ASSERT(result.folders.size() <= headings);
     FUZZ_ASSERT(result.anchorsOutsideFolders <= anchors);
     for (const NetscapeImport::ImportedFolder &folder : result.folders)
