@@ -50,6 +50,7 @@ private slots:
 
     void init()
     {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
         m_server.clearRequests();
         QFile::remove(m_data.filePath(u"Pref.vtp"_s));
     }

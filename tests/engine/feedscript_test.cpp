@@ -102,11 +102,9 @@ class FeedScriptTest : public QObject
     }
 
 private slots:
-    void initTestCase()
-    {
-        QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
-        QVERIFY(m_server.isListening());
-    }
+    void init() { EngineTest::failOnWarnings(); }
+
+    void initTestCase() { QVERIFY(m_server.isListening()); }
 
     void attackFeedRunsNoScript_data()
     {

@@ -17,11 +17,14 @@ namespace EngineTest {
 // Every Qt warning fails the test, but for two that speak of the machine, not of the
 // program: the offscreen platform cannot pass a window's size hints on and says so each
 // time a shown window's minimum size changes; and Qt reports the font lookup as slow when
-// a loaded machine makes it take longer than it likes.
+// a loaded machine makes it take longer than it likes. The test library forgets the
+// pattern after each test function: call this from init().
 inline void failOnWarnings()
 {
     QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
     static QtMessageHandler testLog = nullptr;
+    if (testLog)
+        return;
     testLog = qInstallMessageHandler(
         [](QtMsgType type, const QMessageLogContext &context, const QString &message) {
             if (type == QtWarningMsg

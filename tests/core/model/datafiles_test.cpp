@@ -58,14 +58,11 @@ class DataFilesTest : public QObject
     }
 
 private slots:
-    void initTestCase()
-    {
-        QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
-        QVERIFY(m_dir.isValid());
-    }
+    void initTestCase() { QVERIFY(m_dir.isValid()); }
 
     void init()
     {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
         const QStringList names = QDir(m_dir.path()).entryList(QDir::Files | QDir::System);
         for (const QString &name : names)
             QFile::remove(path(name));

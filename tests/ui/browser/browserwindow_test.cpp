@@ -106,6 +106,7 @@ private slots:
 
     void init()
     {
+        EngineTest::failOnWarnings();
         m_frame->CloseAll();
         VERIFY_SOON(m_frame->browsers().isEmpty());
         UserCommandPending = 0;

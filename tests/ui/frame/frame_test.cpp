@@ -100,7 +100,11 @@ private slots:
         m_server.setPage(u"/image.png"_s, EngineTest::pixelPng(), "image/png");
     }
 
-    void init() { UserCommandPending = 0; }
+    void init()
+    {
+        EngineTest::failOnWarnings();
+        UserCommandPending = 0;
+    }
 
     void tabCaptionShowsAmpersandOnceAndCloneTakesTheAddress()
     {
