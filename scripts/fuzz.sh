@@ -11,7 +11,7 @@
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 build="$top/build-fuzz"
-all="prefs bookindex folder layoutindex layoutfile layoutexport netscapeimport feed feedcleaner handover"
+all="prefs bookindex folder layoutindex layoutfile layoutexport netscapeimport feed feedcleaner handover pop3"
 what=${1:?usage: fuzz.sh HARNESS|all [SECONDS]}
 if [ "$what" = all ]; then
     seconds=${2:-20}
@@ -46,6 +46,7 @@ for h in $harnesses; do
         feed) max=65536 dict=xml.dict extra="$top/tests/corpus/feeds" ;;
         feedcleaner) max=16384 dict=html.dict extra="$top/tests/corpus/xss $top/tests/corpus/bookmarks" ;;
         handover) max=70000 dict= extra= ;;
+        pop3) max=4096 dict=pop3.dict extra= ;;
         *) echo "fuzz.sh: no harness named $h (one of: $all)" >&2; exit 2 ;;
     esac
     corpus="$build/corpus/$h"
