@@ -249,7 +249,7 @@ void FrameMenus::buildWindowMenu()
     add(menu, QStringLiteral("mn_CloseWindow"), 410, [this] {
         if (frmBrowser *w = m_frame->activeBrowser())
             w->parentWidget()->close();
-    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+    })->setShortcuts(QKeySequence::Close);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_FirstWindow"), 416,
         [this] { m_frame->activateWindowAt(0, false); });

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 
 frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddress)
 {
@@ -34,6 +35,10 @@ frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddres
     QMdiSubWindow *sub = m_mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowIcon(QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()));
+    // The window menu's entry closes the active window; the keys of every window's own
+    // close entry would make each press ambiguous, so that nothing closed.
+    for (QAction *entry : sub->systemMenu()->actions())
+        entry->setShortcuts({});
     wireBrowser(window, sub);
     sub->show();
     ++m_openWindowCount;

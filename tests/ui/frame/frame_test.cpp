@@ -23,6 +23,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
@@ -53,6 +54,20 @@ void activate(MDIForm1 &frame, frmBrowser *window)
 {
     frame.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window->parentWidget()));
 }
+
+// Keeps the shortcut events that keys give, and keeps them from acting.
+struct ShortcutCatcher final : QObject
+{
+    QStringList caught;
+    bool eventFilter(QObject *receiver, QEvent *event) override
+    {
+        if (event->type() != QEvent::Shortcut)
+            return false;
+        const auto *shortcut = static_cast<QShortcutEvent *>(event);
+        caught.append(receiver->objectName() + (shortcut->isAmbiguous() ? u"?"_s : u""_s));
+        return true;
+    }
+};
 } // namespace
 
 class FrameTest : public QObject
@@ -166,6 +181,42 @@ private slots:
         // Shift+Tab arrives as Backtab.
         QTest::keyClick(&frame, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(frame.activeBrowser(), first);
+    }
+
+    void everyShortcutActsOnceAndCtrlWClosesTheActiveWindow()
+    {
+        MDIForm1 frame;
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowActive(&frame));
+        for (int i = 0; i < 3; ++i)
+            frame.CreateBrowser(Kind::MDI);
+        frmBrowser *middle = frame.browsers().at(1);
+        activate(frame, middle);
+        middle->page()->setFocus();
+
+        // Every key of the frame's actions and of its windows', and the menu titles' keys.
+        QList<QKeySequence> keys;
+        for (const QAction *action : frame.findChildren<QAction *>()) {
+            for (const QKeySequence &key : action->shortcuts()) {
+                if (!keys.contains(key))
+                    keys.append(key);
+            }
+        }
+        for (const QAction *menu : frame.menuBar()->actions())
+            keys.append(QKeySequence::mnemonic(menu->text()));
+        ShortcutCatcher catcher;
+        qApp->installEventFilter(&catcher);
+        for (const QKeySequence &key : keys) {
+            catcher.caught.clear();
+            QTest::keySequence(&frame, key);
+            QVERIFY2(catcher.caught.size() == 1 && !catcher.caught.first().endsWith(u'?'),
+                qPrintable(key.toString() + u": "_s + catcher.caught.join(u", "_s)));
+        }
+        qApp->removeEventFilter(&catcher);
+
+        QTest::keySequence(&frame, QKeySequence(Qt::CTRL | Qt::Key_W));
+        VERIFY_SOON(frame.browsers().size() == 2);
+        QVERIFY(!frame.browsers().contains(middle));
     }
 
     void tabStripPlacementKeepsItsThreeMenuCopiesEqual()
