@@ -12,8 +12,10 @@
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QCompleter>
 #include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -73,6 +75,8 @@ private slots:
         EngineTest::failOnWarnings();
         m_server.setPage(u"/a"_s, titled("A"));
         m_server.setPage(u"/b"_s, titled("B"));
+        m_server.setPage(u"/"_s, titled("Root"));
+        m_server.setPage(u"/search"_s, titled("Results"));
         m_server.setPage(u"/closer"_s,
             titled("Closer", {}, "<script>setTimeout(() => window.close(), 50)</script>"));
         m_server.setPage(u"/file.bin"_s, QByteArray(100000, 'z'), "application/octet-stream",
@@ -351,6 +355,33 @@ private slots:
         QCOMPARE(prefer().HomeUrl(), url("/a"));
         QCOMPARE(prefer().HomeTitle(), QString());
         QCOMPARE(window->toolAction(u"Home"_s)->toolTip(), url("/a"));
+    }
+
+    void enterOpensTheTypedTextAndWordsAreSearched()
+    {
+        const QString server = url("");
+        prefer().setSearchEngine(server + u"/search?q=%s&src=vt"_s);
+        m_frame->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_frame));
+        frmBrowser *window = openOn("/a", "A");
+        QComboBox *box = window->addressBox();
+        box->setFocus();
+        box->lineEdit()->clear();
+        // The start of a remembered address: it is offered below the field, and Enter
+        // opens what was typed.
+        QTest::keyClicks(box->lineEdit(), url("/"));
+        VERIFY_SOON(box->completer()->popup()->isVisible());
+        QCOMPARE(box->currentText(), url("/"));
+        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Return);
+        VERIFY_SOON(shows(window, "Root"));
+        QVERIFY(!box->completer()->popup()->isVisible());
+
+        box->setEditText(u" rust borrow checker "_s);
+        QTest::keyClick(box->lineEdit(), Qt::Key_Enter);
+        VERIFY_SOON(shows(window, "Results"));
+        QCOMPARE(
+            window->page()->url(), QUrl(server + u"/search?q=rust%20borrow%20checker&src=vt"_s));
+        prefer().setSearchEngine(Prefer::defaultSearchEngine());
     }
 
     void driveEntriesNavigateToTheirRootOnly()
