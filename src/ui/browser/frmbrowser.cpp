@@ -258,12 +258,25 @@ void frmBrowser::onNavigateComplete(const QUrl &url)
     if (!location.isEmpty()) {
         // Most recently used first, no duplicates.
         AddressUpdating = true;
+        QLineEdit *field = m_addressBox->lineEdit();
+        const bool typing = field->hasFocus() && field->isModified();
+        const QString typed = field->text();
+        const int cursor = field->cursorPosition();
         const int found
             = m_addressBox->findText(location, Qt::MatchExactly | Qt::MatchCaseSensitive);
         if (found >= 0)
             m_addressBox->removeItem(found);
         m_addressBox->insertItem(0, location);
         m_addressBox->setCurrentIndex(0);
+        // What the user is typing stays; a field waiting for input shows the new address
+        // selected, so that typing replaces it.
+        if (typing) {
+            field->setText(typed);
+            field->setCursorPosition(cursor);
+            field->setModified(true);
+        } else if (field->hasFocus()) {
+            field->selectAll();
+        }
         AddressUpdating = false;
     }
     emit tabRefreshRequested();

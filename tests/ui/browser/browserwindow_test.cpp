@@ -384,6 +384,35 @@ private slots:
         prefer().setSearchEngine(Prefer::defaultSearchEngine());
     }
 
+    void newWindowsAndAddressKeysPutTheFocusInTheAddressField()
+    {
+        m_frame->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_frame));
+        const auto focusedAddress = [this](const QString &text) {
+            frmBrowser *window = m_frame->activeBrowser();
+            const QLineEdit *field = window ? window->addressBox()->lineEdit() : nullptr;
+            return field && field->hasFocus() && field->text() == text
+                && field->selectedText() == text;
+        };
+        QTest::keyClick(m_frame, Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(windows(), 1);
+        VERIFY_SOON(shows(m_frame->activeBrowser(), "A") && focusedAddress(url("/a")));
+        QTest::keyClick(m_frame, Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(windows(), 2);
+        VERIFY_SOON(m_frame->activeBrowser()->LocationURL() == u"about:blank"
+            && focusedAddress(u"about:blank"_s));
+        // Back in the first window's page, each key takes the focus to its address again.
+        const QList<QKeyCombination> keys
+            = {Qt::CTRL | Qt::Key_L, Qt::ALT | Qt::Key_D, QKeyCombination(Qt::Key_F6)};
+        for (const QKeyCombination key : keys) {
+            m_frame->tabStrip()->tabLeftClicked(u"[1]"_s);
+            m_frame->browsers().first()->page()->setFocus();
+            QVERIFY(!focusedAddress(url("/a")));
+            QTest::keySequence(m_frame, key);
+            VERIFY_SOON(focusedAddress(url("/a")));
+        }
+    }
+
     void driveEntriesNavigateToTheirRootOnly()
     {
         frmBrowser *window = openOn("/a", "A");
