@@ -60,7 +60,7 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
         sub->setWindowTitle(window->Caption());
         UpdateTab(window->Caption(), window->ID);
         if (window == activeBrowser())
-            setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+            setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
     });
     connect(window, &frmBrowser::historyEntry, this, &MDIForm1::AddToHistory);
     window->setHistoryAvailable(!m_history.isEmpty());
@@ -173,7 +173,7 @@ void MDIForm1::RemoveTab(int number)
 void MDIForm1::EmptyState()
 {
     m_currentKey.clear();
-    setWindowTitle(AppInfo::frameCaption());
+    setCaption(AppInfo::frameCaption());
     setStatusText(QString());
 }
 
@@ -186,7 +186,7 @@ void MDIForm1::TabSync()
     m_tabs->selectKey(m_currentKey);
     if (!window->Caption().isEmpty()) {
         m_tabs->UpdateTab(window->Caption(), window->ID);
-        setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+        setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
     }
     m_menus->syncEnabled();
 }

@@ -219,6 +219,37 @@ private slots:
         QVERIFY(!frame.browsers().contains(middle));
     }
 
+    void captionNamesThePageOnceAndTabsCloseTheirWindows()
+    {
+        MDIForm1 frame;
+        frame.setCaption(AppInfo::frameCaption());
+        frame.show();
+        frmBrowser *one = open(frame, "/one", "One");
+        frmBrowser *two = open(frame, "/two", "Two");
+        two->parentWidget()->showMaximized();
+        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Two"_s);
+        evaluate(two, u"document.title = 'Zwei & Drei'; 1"_s);
+        VERIFY_SOON(two->Title == u"Zwei & Drei"_s);
+        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Zwei & Drei"_s);
+        two->parentWidget()->showNormal();
+        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Zwei & Drei"_s);
+
+        // A middle click on a tab closes its window, and so does the tab's close button.
+        TabStrip *tabs = frame.tabStrip();
+        QTest::mouseClick(
+            tabs, Qt::MiddleButton, {}, tabs->tabRect(tabs->indexOfKey(u"[1]"_s)).center());
+        VERIFY_SOON(frame.browsers() == QList<frmBrowser *> {two});
+        QVERIFY(!frame.browsers().contains(one));
+        const int index = tabs->indexOfKey(u"[2]"_s);
+        QWidget *close = tabs->tabButton(index, QTabBar::RightSide);
+        if (!close)
+            close = tabs->tabButton(index, QTabBar::LeftSide);
+        QVERIFY(qobject_cast<QAbstractButton *>(close));
+        qobject_cast<QAbstractButton *>(close)->click();
+        VERIFY_SOON(frame.browsers().isEmpty());
+        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption());
+    }
+
     void tabStripPlacementKeepsItsThreeMenuCopiesEqual()
     {
         MDIForm1 frame;
