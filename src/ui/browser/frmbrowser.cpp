@@ -93,6 +93,8 @@ void frmBrowser::buildBars()
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     m_addressBox->setCompleter(completer);
     completer->popup()->installEventFilter(this);
+    // A click on a suggestion opens it; the completer has put it into the field by then.
+    connect(completer->popup(), &QAbstractItemView::clicked, this, [this] { commitAddress(); });
     m_addressBox->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_addressBox->lineEdit()->installEventFilter(this);
     m_addressBox->lineEdit()->setAcceptDrops(true);
@@ -239,6 +241,8 @@ void frmBrowser::commitAddress()
     const QString address = m_addressBox->currentText().trimmed();
     if (address.isEmpty())
         return;
+    // Sent off: the address the page arrives at may replace it.
+    m_addressBox->lineEdit()->setModified(false);
     Navigate(address);
 }
 

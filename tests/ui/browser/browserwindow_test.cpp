@@ -374,7 +374,15 @@ private slots:
         QCOMPARE(box->currentText(), url("/"));
         QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Return);
         VERIFY_SOON(shows(window, "Root"));
-        QVERIFY(!box->completer()->popup()->isVisible());
+        QAbstractItemView *list = box->completer()->popup();
+        QVERIFY(!list->isVisible());
+        // A click on a suggestion opens it.
+        QTest::keyClicks(box->lineEdit(), u"/a"_s);
+        VERIFY_SOON(list->isVisible());
+        QCOMPARE(list->model()->rowCount(), 1);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+            list->visualRect(list->model()->index(0, 0)).center());
+        VERIFY_SOON(shows(window, "A"));
 
         box->setEditText(u" rust borrow checker "_s);
         QTest::keyClick(box->lineEdit(), Qt::Key_Enter);
@@ -411,6 +419,13 @@ private slots:
             QTest::keySequence(m_frame, key);
             VERIFY_SOON(focusedAddress(url("/a")));
         }
+        // A page arriving meanwhile leaves what the user is typing.
+        frmBrowser *first = m_frame->browsers().first();
+        QTest::keyClicks(first->addressBox()->lineEdit(), u"wetter"_s);
+        first->Navigate(url("/b"));
+        VERIFY_SOON(shows(first, "B"));
+        QCOMPARE(first->addressBox()->currentText(), u"wetter"_s);
+        QCOMPARE(first->addressBox()->itemText(0), url("/b"));
     }
 
     void driveEntriesNavigateToTheirRootOnly()
