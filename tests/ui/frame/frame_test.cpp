@@ -26,6 +26,7 @@
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -55,17 +56,15 @@ void activate(MDIForm1 &frame, frmBrowser *window)
     frame.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window->parentWidget()));
 }
 
-// Keeps the shortcut events that keys give, and keeps them from acting.
+// Counts the shortcut events that keys give ("?" for an ambiguous one) and swallows them.
 struct ShortcutCatcher final : QObject
 {
-    QStringList caught;
-    bool eventFilter(QObject *receiver, QEvent *event) override
+    QString caught;
+    bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() != QEvent::Shortcut)
-            return false;
-        const auto *shortcut = static_cast<QShortcutEvent *>(event);
-        caught.append(receiver->objectName() + (shortcut->isAmbiguous() ? u"?"_s : u""_s));
-        return true;
+        if (event->type() == QEvent::Shortcut)
+            caught += static_cast<QShortcutEvent *>(event)->isAmbiguous() ? u'?' : u'!';
+        return event->type() == QEvent::Shortcut;
     }
 };
 } // namespace
@@ -196,12 +195,8 @@ private slots:
 
         // Every key of the frame's actions and of its windows', and the menu titles' keys.
         QList<QKeySequence> keys;
-        for (const QAction *action : frame.findChildren<QAction *>()) {
-            for (const QKeySequence &key : action->shortcuts()) {
-                if (!keys.contains(key))
-                    keys.append(key);
-            }
-        }
+        for (const QAction *action : frame.findChildren<QAction *>())
+            keys += action->shortcuts();
         for (const QAction *menu : frame.menuBar()->actions())
             keys.append(QKeySequence::mnemonic(menu->text()));
         ShortcutCatcher catcher;
@@ -209,8 +204,7 @@ private slots:
         for (const QKeySequence &key : keys) {
             catcher.caught.clear();
             QTest::keySequence(&frame, key);
-            QVERIFY2(catcher.caught.size() == 1 && !catcher.caught.first().endsWith(u'?'),
-                qPrintable(key.toString() + u": "_s + catcher.caught.join(u", "_s)));
+            QVERIFY2(catcher.caught == u"!", qPrintable(key.toString() + catcher.caught));
         }
         qApp->removeEventFilter(&catcher);
 
@@ -224,14 +218,11 @@ private slots:
         MDIForm1 frame;
         frame.setCaption(AppInfo::frameCaption());
         frame.show();
-        frmBrowser *one = open(frame, "/one", "One");
+        open(frame, "/one", "One");
         frmBrowser *two = open(frame, "/two", "Two");
         two->parentWidget()->showMaximized();
-        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Two"_s);
         evaluate(two, u"document.title = 'Zwei & Drei'; 1"_s);
         VERIFY_SOON(two->Title == u"Zwei & Drei"_s);
-        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Zwei & Drei"_s);
-        two->parentWidget()->showNormal();
         QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Zwei & Drei"_s);
 
         // A middle click on a tab closes its window, and so does the tab's close button.
@@ -239,13 +230,11 @@ private slots:
         QTest::mouseClick(
             tabs, Qt::MiddleButton, {}, tabs->tabRect(tabs->indexOfKey(u"[1]"_s)).center());
         VERIFY_SOON(frame.browsers() == QList<frmBrowser *> {two});
-        QVERIFY(!frame.browsers().contains(one));
-        const int index = tabs->indexOfKey(u"[2]"_s);
-        QWidget *close = tabs->tabButton(index, QTabBar::RightSide);
-        if (!close)
-            close = tabs->tabButton(index, QTabBar::LeftSide);
-        QVERIFY(qobject_cast<QAbstractButton *>(close));
-        qobject_cast<QAbstractButton *>(close)->click();
+        const auto side = QTabBar::ButtonPosition(
+            tabs->style()->styleHint(QStyle::SH_TabBar_CloseButtonPosition, nullptr, tabs));
+        auto *close = qobject_cast<QAbstractButton *>(tabs->tabButton(0, side));
+        QVERIFY(close);
+        close->click();
         VERIFY_SOON(frame.browsers().isEmpty());
         QCOMPARE(frame.windowTitle(), AppInfo::frameCaption());
     }
