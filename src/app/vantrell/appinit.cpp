@@ -123,7 +123,7 @@ int Main(int argc, char *argv[])
 
     WebEngineSetup::profile(dataFolder);
     MDIForm1 frame;
-    frame.setWindowTitle(AppInfo::frameCaption());
+    frame.setCaption(AppInfo::frameCaption());
     applyPreferences(frame);
     auto *downloads = new Downloads(WebEngineSetup::profile(), &frame);
     QObject::connect(downloads, &Downloads::statusText, &frame, &MDIForm1::setStatusText);

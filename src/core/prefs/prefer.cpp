@@ -109,7 +109,7 @@ QString Prefer::defaultHomeUrl()
 
 QString Prefer::defaultSearchEngine()
 {
-    return QStringLiteral("https://duckduckgo.com/");
+    return QStringLiteral("https://duckduckgo.com/?q=%s");
 }
 
 void Prefer::resetToDefaults()

@@ -1,6 +1,7 @@
 #include "ui/browser/browsertoolbar.h"
 
 #include "core/base/uitexts.h"
+#include "core/browsing/addressinput.h"
 #include "core/browsing/usercommand.h"
 #include "core/feeds/feedlist.h"
 #include "core/prefs/prefer.h"
@@ -57,7 +58,8 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
     addButton(
         QStringLiteral("Refresh"), uiText(604), keys({"Refresh", "Roundtrip", "RoundtripFrame"}));
     addButton(QStringLiteral("Home"), prefer().HomeUrl().trimmed(), keys({"GetHome"}));
-    addButton(QStringLiteral("Search"), prefer().SearchEngine().trimmed(),
+    addButton(QStringLiteral("Search"),
+        AddressInput::searchStartPage(prefer().SearchEngine().trimmed()),
         keys({"BrowserSearch", "DocSearch"}));
     addButton(QStringLiteral("Clone"), uiText(201),
         keys({"Cloneit", "Startit", "StartBlank", "OpenallA", "ClosePopups", "CloseallWin",
@@ -178,7 +180,7 @@ void BrowserToolbar::buttonClick(const QString &key)
         w->GoHome();
     } else if (key == u"Search") {
         w->FeedSourceUrl.clear();
-        w->Navigate(prefer().SearchEngine().trimmed());
+        w->Navigate(AddressInput::searchStartPage(prefer().SearchEngine().trimmed()));
     } else if (key == u"Clone") {
         emit windowCommand(WindowCommand::Start);
     } else if (key == u"Mail") {

@@ -1,6 +1,8 @@
 #include "ui/browser/frmbrowser.h"
 
 #include "core/base/uitexts.h"
+#include "core/browsing/addressinput.h"
+#include "core/prefs/prefer.h"
 #include "engine/webenginesetup.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/busyindicator.h"
@@ -9,8 +11,10 @@
 #include "ui/browser/infobar.h"
 #include "ui/browser/lockicon.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QCompleter>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
@@ -81,6 +85,16 @@ void frmBrowser::buildBars()
     m_addressBox = new QComboBox(m_addressBand);
     m_addressBox->setEditable(true);
     m_addressBox->setInsertPolicy(QComboBox::NoInsert);
+    // Remembered addresses are offered in a list below the field; the field itself keeps
+    // what the user typed until an entry is chosen.
+    auto *completer = new QCompleter(m_addressBox->model(), m_addressBox);
+    completer->setCompletionMode(QCompleter::PopupCompletion);
+    completer->setFilterMode(Qt::MatchContains);
+    completer->setCaseSensitivity(Qt::CaseInsensitive);
+    m_addressBox->setCompleter(completer);
+    completer->popup()->installEventFilter(this);
+    // A click on a suggestion opens it; the completer has put it into the field by then.
+    connect(completer->popup(), &QAbstractItemView::clicked, this, [this] { commitAddress(); });
     m_addressBox->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_addressBox->lineEdit()->installEventFilter(this);
     m_addressBox->lineEdit()->setAcceptDrops(true);
@@ -172,6 +186,17 @@ void frmBrowser::askPermission(const QUrl &origin, PageView::Permission permissi
 
 bool frmBrowser::eventFilter(QObject *watched, QEvent *event)
 {
+    // Enter in the list of suggestions opens what the field shows: the typed text, or the
+    // entry the user moved to.
+    if (watched == static_cast<QObject *>(m_addressBox->completer()->popup())
+        && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            m_addressBox->completer()->popup()->hide();
+            commitAddress();
+            return true;
+        }
+    }
     if (watched == m_addressBox->lineEdit() || watched == m_addressBox) {
         if (event->type() == QEvent::KeyPress) {
             const auto *key = static_cast<QKeyEvent *>(event);
@@ -216,14 +241,18 @@ void frmBrowser::commitAddress()
     const QString address = m_addressBox->currentText().trimmed();
     if (address.isEmpty())
         return;
+    // Sent off: the address the page arrives at may replace it.
+    m_addressBox->lineEdit()->setModified(false);
     Navigate(address);
 }
 
 void frmBrowser::Navigate(const QString &url)
 {
     emit tabRefreshRequested();
-    const QString target = url.isEmpty() ? StartUrl : url;
-    // The engine's own address resolution decides what a bare host or a path means.
+    // Words are searched; the engine's own address resolution decides what an address
+    // without a scheme means.
+    const QString target
+        = url.isEmpty() ? StartUrl : AddressInput::resolve(url, prefer().SearchEngine());
     m_page->load(QUrl::fromUserInput(target, QString(), QUrl::AssumeLocalFile));
 }
 
@@ -233,12 +262,25 @@ void frmBrowser::onNavigateComplete(const QUrl &url)
     if (!location.isEmpty()) {
         // Most recently used first, no duplicates.
         AddressUpdating = true;
+        QLineEdit *field = m_addressBox->lineEdit();
+        const bool typing = field->hasFocus() && field->isModified();
+        const QString typed = field->text();
+        const int cursor = field->cursorPosition();
         const int found
             = m_addressBox->findText(location, Qt::MatchExactly | Qt::MatchCaseSensitive);
         if (found >= 0)
             m_addressBox->removeItem(found);
         m_addressBox->insertItem(0, location);
         m_addressBox->setCurrentIndex(0);
+        // What the user is typing stays; a field waiting for input shows the new address
+        // selected, so that typing replaces it.
+        if (typing) {
+            field->setText(typed);
+            field->setCursorPosition(cursor);
+            field->setModified(true);
+        } else if (field->hasFocus()) {
+            field->selectAll();
+        }
         AddressUpdating = false;
     }
     emit tabRefreshRequested();

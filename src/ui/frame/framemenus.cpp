@@ -16,7 +16,10 @@
 #include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcutEvent>
 #include <QStatusBar>
+
+#include <algorithm>
 
 namespace {
 // Entries whose feature this build does not have yet stay visible but disabled.
@@ -91,11 +94,13 @@ void FrameMenus::withActive(const std::function<void(frmBrowser *)> &command) co
 void FrameMenus::buildFileMenu()
 {
     QMenu *menu = m_frame->menuBar()->addMenu(uiText(200));
+    // A new window waits for an address: the field has the focus, its text selected.
     add(menu, QStringLiteral("mn_HomeBrowser"), 201, [this] {
-        m_frame->NewBrowser();
+        m_frame->OpenStartPage()->focusAddress();
     })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
-    add(menu, QStringLiteral("mn_BrowserBlank"), 209,
-        [this] { m_frame->NewBrowser(QString(), QStringLiteral("about:blank")); });
+    add(menu, QStringLiteral("mn_BrowserBlank"), 209, [this] {
+        m_frame->NewBrowser(QString(), QStringLiteral("about:blank"))->focusAddress();
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
     menu->addSeparator();
     add(menu, QStringLiteral("mn_save"), 205, [this] {
         withActive([](frmBrowser *w) { w->WebSave(); });
@@ -249,7 +254,7 @@ void FrameMenus::buildWindowMenu()
     add(menu, QStringLiteral("mn_CloseWindow"), 410, [this] {
         if (frmBrowser *w = m_frame->activeBrowser())
             w->parentWidget()->close();
-    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+    })->setShortcuts(QKeySequence::Close);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_FirstWindow"), 416,
         [this] { m_frame->activateWindowAt(0, false); });
@@ -350,8 +355,20 @@ void FrameMenus::buildShortcuts()
               entry->setShortcutContext(Qt::WindowShortcut);
               m_frame->addAction(entry);
           };
-    shortcut(QStringLiteral("key_address"),
-        {QKeySequence(Qt::CTRL | Qt::Key_L), QKeySequence(Qt::Key_F6)},
+    const QKeySequence altD(Qt::ALT | Qt::Key_D);
+    QList<QKeySequence> addressKeys
+        = {QKeySequence(Qt::CTRL | Qt::Key_L), QKeySequence(Qt::Key_F6)};
+    // Where a menu title takes Alt+D ("&Datei"), the menu bar's Alt+D goes to the address
+    // field while a window is open, as in other browsers; a second owner of the key would
+    // make it ambiguous. The menu stays one Alt or F10 away.
+    const QList<QAction *> titles = m_frame->menuBar()->actions();
+    if (std::any_of(titles.cbegin(), titles.cend(), [&altD](const QAction *title) {
+            return QKeySequence::mnemonic(title->text()) == altD;
+        }))
+        m_frame->menuBar()->installEventFilter(this);
+    else
+        addressKeys.append(altD);
+    shortcut(QStringLiteral("key_address"), addressKeys,
         [this] { withActive([](frmBrowser *w) { w->focusAddress(); }); });
     shortcut(QStringLiteral("key_find"), {QKeySequence(Qt::CTRL | Qt::Key_F)},
         [this] { withActive([](frmBrowser *w) { w->showFindBar(); }); });
@@ -381,6 +398,16 @@ void FrameMenus::buildShortcuts()
         [zoomBy] { zoomBy(-1); });
     shortcut(QStringLiteral("key_zoomReset"), {QKeySequence(Qt::CTRL | Qt::Key_0)},
         [zoomBy] { zoomBy(0); });
+}
+
+bool FrameMenus::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Shortcut && m_frame->activeBrowser()
+        && static_cast<QShortcutEvent *>(event)->key() == QKeySequence(Qt::ALT | Qt::Key_D)) {
+        m_frame->activeBrowser()->focusAddress();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void FrameMenus::showTabContextMenu(const QPoint &globalPos)

@@ -35,6 +35,9 @@ public:
     OpenAllLinks *openAllLinks() const { return m_openAllLinks; }
     StatusPanels *statusPanels() const { return m_statusPanels; }
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     using Handler = std::function<void()>;
     QAction *add(

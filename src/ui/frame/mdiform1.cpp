@@ -22,7 +22,7 @@ MDIForm1::MDIForm1(QWidget *parent)
     : QMainWindow(parent)
 {
     // Until start-up names it, the frame carries a caption no search can match.
-    setWindowTitle(QStringLiteral("---"));
+    setCaption(QStringLiteral("---"));
     setObjectName(QStringLiteral("MDIForm1"));
     m_central = new QWidget(this);
     m_mdi = new QMdiArea(m_central);
@@ -50,6 +50,10 @@ MDIForm1::MDIForm1(QWidget *parent)
         if (sub->isMinimized())
             sub->showNormal();
         m_mdi->setActiveSubWindow(sub);
+    });
+    connect(m_tabs, &TabStrip::tabCloseClicked, this, [this](const QString &key) {
+        if (QMdiSubWindow *sub = subWindowOf(browser(key)))
+            sub->close();
     });
     connect(m_tabs, &TabStrip::tabRightClicked, this,
         [this](const QPoint &at) { m_menus->showTabContextMenu(at); });
@@ -97,6 +101,21 @@ void MDIForm1::SetTabButton(bool buttons)
     m_tabs->setButtonStyle(buttons);
     m_tabs->setShape(prefer().TabAlign() != 1 ? QTabBar::RoundedSouth : QTabBar::RoundedNorth);
     m_menus->syncChecks();
+}
+
+void MDIForm1::setCaption(const QString &caption)
+{
+    m_caption = caption;
+    setWindowTitle(caption);
+}
+
+void MDIForm1::changeEvent(QEvent *event)
+{
+    // A maximised child window appends " - [its title]" to the frame's caption, which
+    // already names the active page: the frame keeps its own caption.
+    if (event->type() == QEvent::WindowTitleChange && windowTitle() != m_caption)
+        setWindowTitle(m_caption);
+    QMainWindow::changeEvent(event);
 }
 
 void MDIForm1::setStatusText(const QString &text)

@@ -83,6 +83,8 @@ public:
     // A command line handed over by a second start.
     void handleHandOver(const QString &rawLine);
 
+    // The frame's caption; the frame keeps it whatever its child windows do.
+    void setCaption(const QString &caption);
     void setStatusText(const QString &text);
     QString statusText() const;
     QAction *menuAction(const QString &name) const;
@@ -103,6 +105,7 @@ signals:
     void windowsChanged();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -130,6 +133,7 @@ private:
     std::optional<Arrangement> m_arrangement;
     NewWindowPolicy m_policy;
     QString m_currentKey;
+    QString m_caption;
     QList<HistoryItem> m_history;
     bool m_unloaded = false;
     bool m_closingPopups = false;

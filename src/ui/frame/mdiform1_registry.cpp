@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 
 frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddress)
 {
@@ -34,6 +35,10 @@ frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddres
     QMdiSubWindow *sub = m_mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowIcon(QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()));
+    // The window menu's entry closes the active window; the keys of every window's own
+    // close entry would make each press ambiguous, so that nothing closed.
+    for (QAction *entry : sub->systemMenu()->actions())
+        entry->setShortcuts({});
     wireBrowser(window, sub);
     sub->show();
     ++m_openWindowCount;
@@ -55,7 +60,7 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
         sub->setWindowTitle(window->Caption());
         UpdateTab(window->Caption(), window->ID);
         if (window == activeBrowser())
-            setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+            setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
     });
     connect(window, &frmBrowser::historyEntry, this, &MDIForm1::AddToHistory);
     window->setHistoryAvailable(!m_history.isEmpty());
@@ -168,7 +173,7 @@ void MDIForm1::RemoveTab(int number)
 void MDIForm1::EmptyState()
 {
     m_currentKey.clear();
-    setWindowTitle(AppInfo::frameCaption());
+    setCaption(AppInfo::frameCaption());
     setStatusText(QString());
 }
 
@@ -181,7 +186,7 @@ void MDIForm1::TabSync()
     m_tabs->selectKey(m_currentKey);
     if (!window->Caption().isEmpty()) {
         m_tabs->UpdateTab(window->Caption(), window->ID);
-        setWindowTitle(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+        setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
     }
     m_menus->syncEnabled();
 }

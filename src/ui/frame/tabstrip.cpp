@@ -11,6 +11,9 @@ TabStrip::TabStrip(QWidget *parent)
     setUsesScrollButtons(true);
     setMovable(false);
     setDocumentMode(true);
+    setTabsClosable(true);
+    connect(this, &QTabBar::tabCloseRequested, this,
+        [this](int index) { emit tabCloseClicked(keyAt(index)); });
 }
 
 QString TabStrip::escapeCaption(const QString &title)
@@ -88,6 +91,11 @@ void TabStrip::mousePressEvent(QMouseEvent *event)
     const int index = tabAt(event->position().toPoint());
     if (event->button() == Qt::RightButton) {
         emit tabRightClicked(event->globalPosition().toPoint());
+        return;
+    }
+    if (event->button() == Qt::MiddleButton) {
+        if (index >= 0)
+            emit tabCloseClicked(keyAt(index));
         return;
     }
     QTabBar::mousePressEvent(event);

@@ -28,6 +28,8 @@ public:
 signals:
     void tabLeftClicked(const QString &key);
     void tabRightClicked(const QPoint &globalPos);
+    // The tab's close button or a middle click on the tab.
+    void tabCloseClicked(const QString &key);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;

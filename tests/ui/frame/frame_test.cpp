@@ -23,8 +23,10 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -53,6 +55,18 @@ void activate(MDIForm1 &frame, frmBrowser *window)
 {
     frame.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window->parentWidget()));
 }
+
+// Counts the shortcut events that keys give ("?" for an ambiguous one) and swallows them.
+struct ShortcutCatcher final : QObject
+{
+    QString caught;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Shortcut)
+            caught += static_cast<QShortcutEvent *>(event)->isAmbiguous() ? u'?' : u'!';
+        return event->type() == QEvent::Shortcut;
+    }
+};
 } // namespace
 
 class FrameTest : public QObject
@@ -166,6 +180,63 @@ private slots:
         // Shift+Tab arrives as Backtab.
         QTest::keyClick(&frame, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(frame.activeBrowser(), first);
+    }
+
+    void everyShortcutActsOnceAndCtrlWClosesTheActiveWindow()
+    {
+        MDIForm1 frame;
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowActive(&frame));
+        for (int i = 0; i < 3; ++i)
+            frame.CreateBrowser(Kind::MDI);
+        frmBrowser *middle = frame.browsers().at(1);
+        activate(frame, middle);
+        middle->page()->setFocus();
+
+        // Every key of the frame's actions and of its windows', and the menu titles' keys.
+        QList<QKeySequence> keys;
+        for (const QAction *action : frame.findChildren<QAction *>())
+            keys += action->shortcuts();
+        for (const QAction *menu : frame.menuBar()->actions())
+            keys.append(QKeySequence::mnemonic(menu->text()));
+        ShortcutCatcher catcher;
+        qApp->installEventFilter(&catcher);
+        for (const QKeySequence &key : keys) {
+            catcher.caught.clear();
+            QTest::keySequence(&frame, key);
+            QVERIFY2(catcher.caught == u"!", qPrintable(key.toString() + catcher.caught));
+        }
+        qApp->removeEventFilter(&catcher);
+
+        QTest::keySequence(&frame, QKeySequence(Qt::CTRL | Qt::Key_W));
+        VERIFY_SOON(frame.browsers().size() == 2);
+        QVERIFY(!frame.browsers().contains(middle));
+    }
+
+    void captionNamesThePageOnceAndTabsCloseTheirWindows()
+    {
+        MDIForm1 frame;
+        frame.setCaption(AppInfo::frameCaption());
+        frame.show();
+        open(frame, "/one", "One");
+        frmBrowser *two = open(frame, "/two", "Two");
+        two->parentWidget()->showMaximized();
+        evaluate(two, u"document.title = 'Zwei & Drei'; 1"_s);
+        VERIFY_SOON(two->Title == u"Zwei & Drei"_s);
+        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption() + u" - Zwei & Drei"_s);
+
+        // A middle click on a tab closes its window, and so does the tab's close button.
+        TabStrip *tabs = frame.tabStrip();
+        QTest::mouseClick(
+            tabs, Qt::MiddleButton, {}, tabs->tabRect(tabs->indexOfKey(u"[1]"_s)).center());
+        VERIFY_SOON(frame.browsers() == QList<frmBrowser *> {two});
+        const auto side = QTabBar::ButtonPosition(
+            tabs->style()->styleHint(QStyle::SH_TabBar_CloseButtonPosition, nullptr, tabs));
+        auto *close = qobject_cast<QAbstractButton *>(tabs->tabButton(0, side));
+        QVERIFY(close);
+        close->click();
+        VERIFY_SOON(frame.browsers().isEmpty());
+        QCOMPARE(frame.windowTitle(), AppInfo::frameCaption());
     }
 
     void tabStripPlacementKeepsItsThreeMenuCopiesEqual()
