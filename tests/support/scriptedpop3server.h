@@ -1,31 +1,26 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
 #include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 
 // A POP3 server on 127.0.0.1 that behaves as each case scripts it. By default it
-// answers like a small honest server with three messages.
+// answers like a small honest server with one message. What it says through say()
+// leaves in pieces of `piece` bytes (all at once when 0), `gapMs` apart.
 class ScriptedPop3Server final : public QTcpServer
 {
 public:
-    std::function<void(QTcpSocket *)> greet
-        = [](QTcpSocket *socket) { socket->write("+OK ready\r\n"); };
+    std::function<void(QTcpSocket *)> greet = [this](QTcpSocket *s) { say(s, "+OK ready\r\n"); };
     std::function<void(QTcpSocket *, const QByteArray &)> answer
-        = [](QTcpSocket *socket, const QByteArray &command) {
-              if (command == "LIST")
-                  socket->write("+OK 3 300\r\n1 100\r\n2 100\r\n3 100\r\n.\r\n");
-              else if (command == "QUIT") {
-                  socket->write("+OK bye\r\n");
-                  socket->disconnectFromHost();
-              } else
-                  socket->write("+OK\r\n");
+        = [this](QTcpSocket *s, const QByteArray &command) {
+              say(s, command == "LIST" ? QByteArray("+OK 1 9\r\n1 9\r\n.\r\n") : "+OK\r\n");
           };
+    int piece = 0;
+    int gapMs = 5;
     QByteArray received;
     QList<QPointer<QTcpSocket>> connections;
 
@@ -33,34 +28,52 @@ public:
     {
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection()) {
-                socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-                connections.append(socket);
-                auto pending = std::make_shared<QByteArray>();
-                connect(socket, &QTcpSocket::readyRead, this, [this, socket, pending] {
-                    const QByteArray bytes = socket->readAll();
-                    received += bytes;
-                    *pending += bytes;
-                    qsizetype end;
-                    while ((end = pending->indexOf("\r\n")) >= 0) {
-                        const QByteArray line = pending->left(end);
-                        pending->remove(0, end + 2);
-                        answer(socket, line.split(' ').first());
-                    }
-                });
-                greet(socket);
-            }
+            QTcpSocket *socket = nextPendingConnection();
+            socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+            connections.append(socket);
+            auto line = std::make_shared<QByteArray>();
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket, line] {
+                const QByteArray bytes = socket->readAll();
+                received += bytes;
+                *line += bytes;
+                for (qsizetype end; (end = line->indexOf("\r\n")) >= 0; line->remove(0, end + 2))
+                    answer(socket, line->left(end).split(' ').first());
+            });
+            greet(socket);
         });
+    }
+
+    void say(QTcpSocket *socket, const QByteArray &bytes)
+    {
+        const bool idle = m_pieces.isEmpty();
+        for (int at = 0, size = piece > 0 ? piece : int(bytes.size()); at < bytes.size();
+             at += size)
+            m_pieces.append(bytes.mid(at, size));
+        if (idle)
+            sendPiece(socket);
     }
 
     QString address() const { return QStringLiteral("pop3://127.0.0.1:%1").arg(serverPort()); }
 
     bool allClosed() const
     {
-        for (const QPointer<QTcpSocket> &socket : connections) {
-            if (socket && socket->state() != QAbstractSocket::UnconnectedState)
-                return false;
-        }
-        return true;
+        return std::all_of(
+            connections.cbegin(), connections.cend(), [](const QPointer<QTcpSocket> &s) {
+                return !s || s->state() == QTcpSocket::UnconnectedState;
+            });
     }
+
+private:
+    void sendPiece(QTcpSocket *socket)
+    {
+        if (socket->state() != QTcpSocket::ConnectedState)
+            m_pieces.clear();
+        if (m_pieces.isEmpty())
+            return;
+        socket->write(m_pieces.takeFirst());
+        if (!m_pieces.isEmpty())
+            QTimer::singleShot(gapMs, socket, [this, socket] { sendPiece(socket); });
+    }
+
+    QList<QByteArray> m_pieces;
 };
