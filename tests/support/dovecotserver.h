@@ -47,43 +47,17 @@ public:
         QFile config(dir + QStringLiteral("/dovecot.conf"));
         if (!config.open(QIODevice::WriteOnly))
             return QStringLiteral("no configuration file");
-        config.write(QStringLiteral(R"(base_dir = %1/run
-state_dir = %1
-log_path = %1/dovecot.log
-protocols = pop3
-listen = 127.0.0.1
-ssl_cert = <%2/server.crt
-ssl_key = <%2/server.key
-disable_plaintext_auth = no
-auth_failure_delay = 0
-first_valid_uid = 1
-mail_uid = dovecot
-mail_gid = dovecot
-mail_location = maildir:%1/mail/%u
-passdb {
-  driver = static
-  args = password=pw-%u
-}
-userdb {
-  driver = static
-  args = allow_all_users=yes
-}
-service pop3-login {
-  inet_listener pop3 {
-    port = %3
-  }
-  inet_listener pop3s {
-    port = %4
-    ssl = yes
-  }
-}
-# Unreachable, the penalty service lets a failed login delay none of the next.
-service anvil {
-  unix_listener anvil-auth-penalty {
-    mode = 0
-  }
-}
-)")
+        // An unreachable penalty service lets a failed login delay none of the next.
+        config.write(QStringLiteral(
+            "base_dir = %1/run\nstate_dir = %1\nlog_path = %1/dovecot.log\nprotocols = pop3\n"
+            "listen = 127.0.0.1\nssl_cert = <%2/server.crt\nssl_key = <%2/server.key\n"
+            "disable_plaintext_auth = no\nauth_failure_delay = 0\nfirst_valid_uid = 1\n"
+            "mail_uid = dovecot\nmail_gid = dovecot\nmail_location = maildir:%1/mail/%u\n"
+            "passdb {\n driver = static\n args = password=pw-%u\n}\n"
+            "userdb {\n driver = static\n args = allow_all_users=yes\n}\n"
+            "service pop3-login {\n inet_listener pop3 {\n port = %3\n }\n"
+            " inet_listener pop3s {\n port = %4\n ssl = yes\n }\n}\n"
+            "service anvil {\n unix_listener anvil-auth-penalty {\n mode = 0\n }\n}\n")
                          .arg(dir, certificates)
                          .arg(plainPort)
                          .arg(tlsPort)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -22,7 +21,7 @@ public:
     int piece = 0;
     int gapMs = 5;
     QByteArray received;
-    QList<QPointer<QTcpSocket>> connections;
+    int openConnections = 0;
 
     ScriptedPop3Server()
     {
@@ -30,7 +29,8 @@ public:
         connect(this, &QTcpServer::newConnection, this, [this] {
             QTcpSocket *socket = nextPendingConnection();
             socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-            connections.append(socket);
+            ++openConnections;
+            connect(socket, &QTcpSocket::disconnected, this, [this] { --openConnections; });
             auto line = std::make_shared<QByteArray>();
             connect(socket, &QTcpSocket::readyRead, this, [this, socket, line] {
                 const QByteArray bytes = socket->readAll();
@@ -54,14 +54,6 @@ public:
     }
 
     QString address() const { return QStringLiteral("pop3://127.0.0.1:%1").arg(serverPort()); }
-
-    bool allClosed() const
-    {
-        return std::all_of(
-            connections.cbegin(), connections.cend(), [](const QPointer<QTcpSocket> &s) {
-                return !s || s->state() == QTcpSocket::UnconnectedState;
-            });
-    }
 
 private:
     void sendPiece(QTcpSocket *socket)
