@@ -1,23 +1,22 @@
 #pragma once
 
+#include <QMap>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
 
-// A POP3 server on 127.0.0.1 that behaves as each case scripts it. By default it
-// answers like a small honest server with one message. What it says through say()
-// leaves in pieces of `piece` bytes (all at once when 0), `gapMs` apart.
+// A POP3 server on 127.0.0.1 that says what each case scripts: `says` holds what it
+// says on connecting (under "") and the reply to each command ("+OK" to any other).
+// After a reply without a line break at its end it hangs up. What it says leaves in
+// pieces of `piece` bytes (all at once when 0), `gapMs` apart. By default it is an
+// honest server with one message.
 class ScriptedPop3Server final : public QTcpServer
 {
 public:
-    std::function<void(QTcpSocket *)> greet = [this](QTcpSocket *s) { say(s, "+OK ready\r\n"); };
-    std::function<void(QTcpSocket *, const QByteArray &)> answer
-        = [this](QTcpSocket *s, const QByteArray &command) {
-              say(s, command == "LIST" ? QByteArray("+OK 1 9\r\n1 9\r\n.\r\n") : "+OK\r\n");
-          };
+    QMap<QByteArray, QByteArray> says
+        = {{"", "+OK ready\r\n"}, {"LIST", "+OK 1 9\r\n1 9\r\n.\r\n"}};
     int piece = 0;
     int gapMs = 5;
     QByteArray received;
@@ -37,32 +36,38 @@ public:
                 received += bytes;
                 *line += bytes;
                 for (qsizetype end; (end = line->indexOf("\r\n")) >= 0; line->remove(0, end + 2))
-                    answer(socket, line->left(end).split(' ').first());
+                    say(socket, says.value(line->left(end).split(' ').first(), "+OK\r\n"), true);
             });
-            greet(socket);
+            say(socket, says.value(""), false);
         });
-    }
-
-    void say(QTcpSocket *socket, const QByteArray &bytes)
-    {
-        const bool idle = m_pieces.isEmpty();
-        for (int at = 0, size = piece > 0 ? piece : int(bytes.size()); at < bytes.size();
-             at += size)
-            m_pieces.append(bytes.mid(at, size));
-        if (idle)
-            sendPiece(socket);
     }
 
     QString address() const { return QStringLiteral("pop3://127.0.0.1:%1").arg(serverPort()); }
 
 private:
+    void say(QTcpSocket *socket, const QByteArray &bytes, bool reply)
+    {
+        const bool idle = m_pieces.isEmpty();
+        for (int at = 0, size = piece > 0 ? piece : int(bytes.size()); at < bytes.size();
+             at += size)
+            m_pieces.append(bytes.mid(at, size));
+        if (reply && !bytes.endsWith('\n'))
+            m_pieces.append(QByteArray()); // hang up
+        if (idle)
+            sendPiece(socket);
+    }
+
     void sendPiece(QTcpSocket *socket)
     {
         if (socket->state() != QTcpSocket::ConnectedState)
             m_pieces.clear();
         if (m_pieces.isEmpty())
             return;
-        socket->write(m_pieces.takeFirst());
+        const QByteArray next = m_pieces.takeFirst();
+        if (next.isEmpty())
+            socket->disconnectFromHost();
+        else
+            socket->write(next);
         if (!m_pieces.isEmpty())
             QTimer::singleShot(gapMs, socket, [this, socket] { sendPiece(socket); });
     }

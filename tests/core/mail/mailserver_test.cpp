@@ -10,9 +10,7 @@
 #include <QTest>
 
 using Failure = MailboxCheck::Failure;
-// Makes a scripted server misbehave.
-using Script = std::function<void(ScriptedPop3Server &)>;
-Q_DECLARE_METATYPE(Script)
+using Says = QList<QByteArray>; // pairs of a command ("" on connecting) and its reply
 Q_DECLARE_METATYPE(MailAccount)
 
 namespace {
@@ -23,14 +21,6 @@ struct MailboxRecord
     QString detail;
 };
 
-// Says `bytes` on connecting, then nothing more.
-Script greeting(const QByteArray &bytes)
-{
-    return [bytes](ScriptedPop3Server &s) {
-        s.greet = [bytes](QTcpSocket *socket) { socket->write(bytes); };
-        s.answer = [](QTcpSocket *, const QByteArray &) {};
-    };
-}
 } // namespace
 
 // The mail check against servers on 127.0.0.1, a real Dovecot and scripted ones that
@@ -66,24 +56,26 @@ private slots:
 
     void mailboxEndsAndTheNextIsChecked_data()
     {
-        QTest::addColumn<Script>("script"); // none for a Dovecot mailbox
         QTest::addColumn<MailAccount>("account"); // %1 Dovecot's POP3 port, %2 its POP3S port
+        QTest::addColumn<Says>("says"); // what a scripted server says, when no account
+        QTest::addColumn<int>("piece");
+        QTest::addColumn<int>("gapMs");
         QTest::addColumn<int>("failure");
         QTest::addColumn<bool>("announced");
         // A pattern in Dovecot's log, or exactly what a scripted server received.
         QTest::addColumn<QString>("seen");
-        const auto dovecot = [](const char *name, const char *server, const char *user,
-                                 const char *password, Failure failure, bool announced,
-                                 const char *logged) {
-            QTest::newRow(name) << Script()
-                                << MailAccount {QString::fromLatin1(server),
-                                       QString::fromLatin1(user), QString::fromLatin1(password)}
-                                << int(failure) << announced << QString::fromLatin1(logged);
-        };
-        const auto row = [](const char *name, const Script &script, Failure failure, bool announced,
-                             const char *received) {
-            QTest::newRow(name) << script << MailAccount() << int(failure) << announced
-                                << QString::fromLatin1(received);
+        const auto dovecot
+            = [](const char *name, const char *server, const char *user, const char *password,
+                  Failure failure, bool announced, const char *logged) {
+                  QTest::newRow(name) << MailAccount {QString::fromLatin1(server),
+                      QString::fromLatin1(user), QString::fromLatin1(password)}
+                                      << Says() << 0 << 0 << int(failure) << announced
+                                      << QString::fromLatin1(logged);
+              };
+        const auto row = [](const QByteArray &name, const Says &says, Failure failure,
+                             bool announced, const char *received, int piece = 0, int gap = 5) {
+            QTest::newRow(name.constData()) << MailAccount() << says << piece << gap << int(failure)
+                                            << announced << QString::fromLatin1(received);
         };
         // A refused password is no failure the user is told about; no QUIT follows it. The
         // password never reaches a server whose certificate is not trusted.
@@ -106,66 +98,47 @@ private slots:
         QRandomGenerator random(7);
         for (char &byte : garbage)
             byte = char(random.bounded(256));
-        row("silent after connect", greeting(""), Failure::TimedOut, false, "");
-        row("greeting without +OK", greeting("-ERR not today\r\n"), Failure::None, false, "");
-        row("garbage bytes", greeting(garbage.replace('\n', 'x')), Failure::LineTooLong, false, "");
-        row("garbage line", greeting("\x01\xfe\x80garbage\r\n"), Failure::None, false, "");
-        row("10 MB line without CR LF", greeting(QByteArray(10 << 20, 'A')), Failure::LineTooLong,
+        row("silent after connect", {"", ""}, Failure::TimedOut, false, "");
+        row("greeting without +OK", {"", "-ERR not today\r\n"}, Failure::None, false, "");
+        row("garbage bytes", {"", garbage.replace('\n', 'x')}, Failure::LineTooLong, false, "");
+        row("garbage line", {"", "\x01\xfe\x80garbage\r\n"}, Failure::None, false, "");
+        row("10 MB line without CR LF", {"", QByteArray(10 << 20, 'A')}, Failure::LineTooLong,
             false, "");
         row("several replies in one packet",
-            greeting("+OK ready\r\n+OK\r\n+OK\r\n+OK 12 1200\r\n.\r\n+OK bye\r\n"), Failure::None,
-            true, dialogue);
-        row(
-            "scan lines past the size limit",
-            [](ScriptedPop3Server &s) {
-                s.answer = [](QTcpSocket *socket, const QByteArray &command) {
-                    socket->write(command == "LIST" ? QByteArray("+OK 0 0\r\n")
-                            : command == "QUIT"     ? QByteArray("1 1\r\n").repeated(20000)
-                                                    : QByteArray("+OK\r\n"));
-                };
-            },
+            {"", "+OK ready\r\n+OK\r\n+OK\r\n+OK 12 1200\r\n.\r\n+OK bye\r\n"}, Failure::None, true,
+            dialogue);
+        row("scan lines past the size limit",
+            {"LIST", "+OK 0 0\r\n", "QUIT", QByteArray("1 1\r\n").repeated(20000)},
             Failure::TooMuchData, false, dialogue);
-        row(
-            "closes in the middle of a reply",
-            [](ScriptedPop3Server &s) {
-                s.answer = [](QTcpSocket *socket, const QByteArray &) {
-                    socket->write("+O");
-                    socket->disconnectFromHost();
-                };
-            },
-            Failure::None, false, "USER anna\r\n");
+        row("closes in the middle of a reply", {"USER", "+O"}, Failure::None, false,
+            "USER anna\r\n");
         // One byte every 60 ms against a time-out of one second, as one a second would be
         // against the real fifteen.
-        row(
-            "one byte at a time, slowly",
-            [](ScriptedPop3Server &s) {
-                s.piece = 1;
-                s.gapMs = 60;
-                s.greet = [&s](QTcpSocket *socket) {
-                    s.say(socket, "+OK a slow server says hello\r\n");
-                };
-            },
-            Failure::TimedOut, false, "");
+        row("one byte at a time, slowly", {"", "+OK a slow server says hello\r\n"},
+            Failure::TimedOut, false, "", 1, 60);
         // Every reply cut at every multiple of `at` bytes, 5 ms between the pieces.
-        for (int at = 1; at <= 16; ++at) {
-            QTest::addRow("replies split every %d bytes", at)
-                << Script([at](ScriptedPop3Server &s) { s.piece = at; }) << MailAccount()
-                << int(Failure::None) << true << QString::fromLatin1(dialogue);
-        }
+        for (int at = 1; at <= 16; ++at)
+            row("replies split every " + QByteArray::number(at) + " bytes", {}, Failure::None, true,
+                dialogue, at);
     }
 
     void mailboxEndsAndTheNextIsChecked()
     {
-        QFETCH(Script, script);
         QFETCH(MailAccount, account);
+        QFETCH(Says, says);
+        QFETCH(int, piece);
+        QFETCH(int, gapMs);
         QFETCH(int, failure);
         QFETCH(bool, announced);
         QFETCH(QString, seen);
         ScriptedPop3Server scripted, next;
-        if (script) {
-            script(scripted);
+        const bool script = account.server.isEmpty();
+        for (int i = 0; i + 1 < says.size(); i += 2)
+            scripted.says.insert(says.at(i), says.at(i + 1));
+        scripted.piece = piece;
+        scripted.gapMs = gapMs;
+        if (script)
             account = anna(scripted);
-        }
         const QString local = QStringLiteral("127.0.0.1:%1");
         account.server.replace(QStringLiteral("%1"), local.arg(m_dovecot.plainPort))
             .replace(QStringLiteral("%2"), local.arg(m_dovecot.tlsPort));
@@ -198,7 +171,7 @@ private slots:
         // Scaled down: with the real 15 seconds this poll takes a minute.
         ScriptedPop3Server silent[4];
         for (ScriptedPop3Server &server : silent)
-            greeting("")(server);
+            server.says.insert("", "");
         QElapsedTimer clock;
         clock.start();
         const QList<MailboxRecord> records
