@@ -5,8 +5,6 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-#include <memory>
-
 // A POP3 server on 127.0.0.1 that says what each case scripts: `says` holds what it
 // says on connecting (under "") and the reply to each command ("+OK" to any other).
 // After a reply without a line break at its end it hangs up. What it says leaves in
@@ -30,13 +28,12 @@ public:
             socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
             ++openConnections;
             connect(socket, &QTcpSocket::disconnected, this, [this] { --openConnections; });
-            auto line = std::make_shared<QByteArray>();
-            connect(socket, &QTcpSocket::readyRead, this, [this, socket, line] {
-                const QByteArray bytes = socket->readAll();
-                received += bytes;
-                *line += bytes;
-                for (qsizetype end; (end = line->indexOf("\r\n")) >= 0; line->remove(0, end + 2))
-                    say(socket, says.value(line->left(end).split(' ').first(), "+OK\r\n"), true);
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+                while (socket->canReadLine()) {
+                    const QByteArray line = socket->readLine();
+                    received += line;
+                    say(socket, says.value(line.trimmed().split(' ').first(), "+OK\r\n"), true);
+                }
             });
             say(socket, says.value(""), false);
         });
