@@ -75,6 +75,19 @@ private slots:
         m_beat.setTimerType(Qt::PreciseTimer);
         connect(&m_beat, &QTimer::timeout, this,
             [this] { m_worstLateness = qMax(m_worstLateness, m_sinceBeat.restart() - 5); });
+        // Each mailbox's outcome: "mail", or its failure and the reason. The checker lives
+        // on after each poll, so a connection it left open would stay open.
+        connect(&m_checker, &MailChecker::mailboxStarted, this,
+            [this] { m_outcomes.append(QString()); });
+        connect(&m_checker, &MailChecker::newMail, this,
+            [this] { m_outcomes.last() += QStringLiteral("mail"); });
+        connect(&m_checker, &MailChecker::mailboxFailed, this,
+            [this](const QString &, Failure failure, const QString &detail) {
+                static const char *const names[] = {"", "timed out", "socket error", "certificate",
+                    "line too long", "too much data", "STLS refused", "bad address", "bad account"};
+                m_outcomes.last() += QLatin1String(names[int(failure)])
+                    + (detail.isEmpty() ? QString() : u": " + detail);
+            });
     }
 
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
@@ -93,7 +106,6 @@ private slots:
         QTest::addColumn<Says>("says"); // what a scripted server says, when no account
         QTest::addColumn<int>("piece");
         QTest::addColumn<int>("gapMs");
-        // The mailbox's outcome: "mail", or its failure and the reason.
         QTest::addColumn<QString>("outcome");
         // A pattern in Dovecot's log, or exactly what a scripted server received.
         QTest::addColumn<QString>("seen");
@@ -235,33 +247,24 @@ private:
             set("Pwd", accounts.at(i).password);
             set("EnableMailCheck", QStringLiteral("-1"));
         }
-        MailChecker checker;
-        checker.InitForPOP3(false, p);
-        checker.setMailboxTimeout(timeout);
-        checker.setExtraCaCertificates(trusted);
-        QStringList outcomes;
-        connect(&checker, &MailChecker::mailboxStarted, [&] { outcomes.append(QString()); });
-        connect(
-            &checker, &MailChecker::newMail, [&] { outcomes.last() += QStringLiteral("mail"); });
-        connect(&checker, &MailChecker::mailboxFailed,
-            [&](const QString &, Failure failure, const QString &detail) {
-                static const char *const names[] = {"", "timed out", "socket error", "certificate",
-                    "line too long", "too much data", "STLS refused", "bad address", "bad account"};
-                outcomes.last() += QLatin1String(names[int(failure)])
-                    + (detail.isEmpty() ? QString() : u": " + detail);
-            });
-        QSignalSpy finished(&checker, &MailChecker::pollFinished);
+        m_checker.InitForPOP3(false, p);
+        m_checker.setMailboxTimeout(timeout);
+        m_checker.setExtraCaCertificates(trusted);
+        m_outcomes.clear();
+        QSignalSpy finished(&m_checker, &MailChecker::pollFinished);
         m_sinceBeat.start();
         m_beat.start(5);
-        checker.poll();
+        m_checker.poll();
         if (!finished.wait(accounts.size() * timeout + 10000))
             qWarning("the poll did not finish");
         m_beat.stop();
-        return outcomes;
+        return m_outcomes;
     }
 
     QTemporaryDir m_dir;
     QProcess m_dovecot;
+    MailChecker m_checker;
+    QStringList m_outcomes;
     const quint16 m_plainPort = freePort(), m_tlsPort = freePort();
     QList<QSslCertificate> m_testCa;
     QTimer m_beat;
