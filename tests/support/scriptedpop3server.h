@@ -1,66 +1,73 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QPointer>
+#include <QMap>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
-#include <functional>
-#include <memory>
-
-// A POP3 server on 127.0.0.1 that behaves as each case scripts it. By default it
-// answers like a small honest server with three messages.
+// A POP3 server on 127.0.0.1 that says what each case scripts: `says` holds what it
+// says on connecting (under "") and the reply to each command ("+OK" to any other).
+// After a reply without a line break at its end it hangs up. What it says leaves in
+// pieces of `piece` bytes (all at once when 0), `gapMs` apart. By default it is an
+// honest server with one message.
 class ScriptedPop3Server final : public QTcpServer
 {
 public:
-    std::function<void(QTcpSocket *)> greet
-        = [](QTcpSocket *socket) { socket->write("+OK ready\r\n"); };
-    std::function<void(QTcpSocket *, const QByteArray &)> answer
-        = [](QTcpSocket *socket, const QByteArray &command) {
-              if (command == "LIST")
-                  socket->write("+OK 3 300\r\n1 100\r\n2 100\r\n3 100\r\n.\r\n");
-              else if (command == "QUIT") {
-                  socket->write("+OK bye\r\n");
-                  socket->disconnectFromHost();
-              } else
-                  socket->write("+OK\r\n");
-          };
+    QMap<QByteArray, QByteArray> says
+        = {{"", "+OK ready\r\n"}, {"LIST", "+OK 1 9\r\n1 9\r\n.\r\n"}};
+    int piece = 0;
+    int gapMs = 5;
     QByteArray received;
-    QList<QPointer<QTcpSocket>> connections;
+    int openConnections = 0;
 
     ScriptedPop3Server()
     {
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection()) {
-                socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-                connections.append(socket);
-                auto pending = std::make_shared<QByteArray>();
-                connect(socket, &QTcpSocket::readyRead, this, [this, socket, pending] {
-                    const QByteArray bytes = socket->readAll();
-                    received += bytes;
-                    *pending += bytes;
-                    qsizetype end;
-                    while ((end = pending->indexOf("\r\n")) >= 0) {
-                        const QByteArray line = pending->left(end);
-                        pending->remove(0, end + 2);
-                        answer(socket, line.split(' ').first());
-                    }
-                });
-                greet(socket);
-            }
+            QTcpSocket *socket = nextPendingConnection();
+            socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+            ++openConnections;
+            connect(socket, &QTcpSocket::disconnected, this, [this] { --openConnections; });
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+                while (socket->canReadLine()) {
+                    const QByteArray line = socket->readLine();
+                    received += line;
+                    say(socket, says.value(line.trimmed().split(' ').first(), "+OK\r\n"), true);
+                }
+            });
+            say(socket, says.value(""), false);
         });
     }
 
     QString address() const { return QStringLiteral("pop3://127.0.0.1:%1").arg(serverPort()); }
 
-    bool allClosed() const
+private:
+    void say(QTcpSocket *socket, const QByteArray &bytes, bool reply)
     {
-        for (const QPointer<QTcpSocket> &socket : connections) {
-            if (socket && socket->state() != QAbstractSocket::UnconnectedState)
-                return false;
-        }
-        return true;
+        const bool idle = m_pieces.isEmpty();
+        for (int at = 0, size = piece > 0 ? piece : int(bytes.size()); at < bytes.size();
+             at += size)
+            m_pieces.append(bytes.mid(at, size));
+        if (reply && !bytes.endsWith('\n'))
+            m_pieces.append(QByteArray()); // hang up
+        if (idle)
+            sendPiece(socket);
     }
+
+    void sendPiece(QTcpSocket *socket)
+    {
+        if (socket->state() != QTcpSocket::ConnectedState)
+            m_pieces.clear();
+        if (m_pieces.isEmpty())
+            return;
+        const QByteArray next = m_pieces.takeFirst();
+        if (next.isEmpty())
+            socket->disconnectFromHost();
+        else
+            socket->write(next);
+        if (!m_pieces.isEmpty())
+            QTimer::singleShot(gapMs, socket, [this, socket] { sendPiece(socket); });
+    }
+
+    QList<QByteArray> m_pieces;
 };

@@ -16,15 +16,14 @@ class MailWatcherTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
-        UiTexts::load(UiTexts::Language::German);
-    }
+    void initTestCase() { UiTexts::load(UiTexts::Language::German); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
     void noticeChimesOnceUntilTheMailProgramStarts()
     {
+        // The chime is built into the program.
+        QFile chime(QStringLiteral(":/sounds/notify.wav"));
+        QVERIFY(chime.open(QIODevice::ReadOnly) && chime.read(4) == "RIFF");
         ScriptedPop3Server first, second;
         Prefer p;
         p.setMailSrv1(first.address());
@@ -35,48 +34,43 @@ private slots:
         p.setEnableMailCheck3(-1);
         MailWatcher watcher;
         watcher.checker()->InitForPOP3(false, p);
-        // The chime is built into the program.
-        QFile chime(QStringLiteral(":/sounds/notify.wav"));
-        QVERIFY(chime.open(QIODevice::ReadOnly));
-        QCOMPARE(chime.read(4), QByteArray("RIFF"));
-        QSignalSpy announced(&watcher, &MailWatcher::announced);
+        QStringList heard; // each announcement, and whether it chimed
+        connect(
+            &watcher, &MailWatcher::announced, this, [&heard](const QString &server, bool chime) {
+                heard.append(server + (chime ? QStringLiteral(" chime") : QString()));
+            });
         QSignalSpy notice(&watcher, &MailWatcher::mailNotice);
         QSignalSpy status(&watcher, &MailWatcher::statusText);
         QSignalSpy finished(watcher.checker(), &MailChecker::pollFinished);
+        const auto poll = [&] {
+            watcher.checker()->poll();
+            return finished.wait(5000);
+        };
 
-        watcher.checker()->poll();
-        QVERIFY(finished.wait(5000));
-        // Two mailboxes with mail in one poll: one chime, both named in turn.
-        QCOMPARE(announced.count(), 2);
-        QCOMPARE(announced.at(0).at(0).toString(), first.address());
-        QCOMPARE(announced.at(0).at(1).toBool(), true);
-        QCOMPARE(announced.at(1).at(0).toString(), second.address());
-        QCOMPARE(announced.at(1).at(1).toBool(), false);
+        // Two mailboxes with mail in one poll: one chime, the notice names the last.
+        QVERIFY(poll());
+        QCOMPARE(
+            heard, (QStringList {first.address() + QStringLiteral(" chime"), second.address()}));
         QVERIFY(watcher.isNoticeShown());
-        QCOMPARE(notice.last().at(0).toBool(), true);
-        QCOMPARE(notice.last().at(1).toString(),
-            QStringLiteral("Sie haben E-Mail ! (") + second.address() + u')');
-
+        QCOMPARE(notice.last(),
+            (QList<QVariant> {true, QString(u"Sie haben E-Mail ! (" + second.address() + u')')}));
         // Progress for each mailbox, and the bad address stays reported after the poll.
-        QCOMPARE(status.at(0).at(0).toString(),
+        QCOMPARE(status.first().first().toString(),
             first.address() + QStringLiteral(" Server wird nach E-Mail durchsucht..."));
-        const QString problem = status.last().at(0).toString();
-        QVERIFY2(problem.startsWith(QStringLiteral("Es gab Probleme beim Durchsuchen von E-Mail !"))
-                && problem.contains(QStringLiteral("pop3://no such host")),
-            qPrintable(problem));
+        QVERIFY2(status.last().first().toString().contains(QRegularExpression(QStringLiteral(
+                     "^Es gab Probleme beim Durchsuchen von E-Mail !.*no such host"))),
+            qPrintable(status.last().first().toString()));
 
-        // A later poll while the notice shows stays silent.
-        watcher.checker()->poll();
-        QVERIFY(finished.wait(5000));
-        QCOMPARE(announced.count(), 4);
-        QCOMPARE(announced.at(2).at(1).toBool(), false);
-
+        // A later poll while the notice shows stays silent; after the mail program has
+        // started (or the notice was clicked) the next announcement chimes again.
+        QVERIFY(poll());
         watcher.mailProgramStarted();
         QVERIFY(!watcher.isNoticeShown());
-        QCOMPARE(notice.last().at(0).toBool(), false);
-        watcher.checker()->poll();
-        QVERIFY(finished.wait(5000));
-        QCOMPARE(announced.at(4).at(1).toBool(), true);
+        QCOMPARE(notice.last(), (QList<QVariant> {false, QString()}));
+        QVERIFY(poll());
+        QCOMPARE(heard.mid(2),
+            (QStringList {first.address(), second.address(),
+                first.address() + QStringLiteral(" chime"), second.address()}));
     }
 };
 
