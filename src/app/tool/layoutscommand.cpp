@@ -45,7 +45,7 @@ int show(ToolContext &context, QString path)
         return context.fail(
             ToolContext::DataError, QStringLiteral("there is no file %1").arg(path));
     QTextStream &out = context.out;
-    if (path.endsWith(QStringLiteral(".wlt"), Qt::CaseInsensitive)) {
+    if (Layout::isLayoutFileName(path)) {
         const Layout::ReadResult read = Layout::LoadLayout(path);
         reportMovedAside(context, read.outcome);
         if (!read.outcome.ok())

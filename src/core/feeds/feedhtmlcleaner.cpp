@@ -116,6 +116,14 @@ private:
     bool m_textOnly;
 };
 
+// The markup (or, in text mode, only the text) written anew from a parsed fragment.
+QString written(const GumboOutput *parsed, bool textOnly)
+{
+    Writer writer(textOnly);
+    writer.writeChildren(parsed->root->v.element.children);
+    return writer.output;
+}
+
 // Markup too costly to parse: everything from "<" to ">" goes, the rest is escaped
 // as text.
 QString withoutTags(const QString &html)
@@ -186,9 +194,7 @@ QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
             cleaned = html;
             return;
         }
-        Writer writer(false);
-        writer.writeChildren(children);
-        cleaned = writer.output;
+        cleaned = written(parsed, false);
         rewritten = true;
     });
     if (!rewritten)
@@ -199,11 +205,8 @@ QString FeedHtmlCleaner::clean(const QString &html, Budget *budget)
     // shows the tree that was cleaned and cleaning never changes clean markup.
     for (int round = 0; round < 3; ++round) {
         QString again;
-        parseFragment(cleaned, spent.arena(), [&](const GumboOutput *parsed) {
-            Writer writer(false);
-            writer.writeChildren(parsed->root->v.element.children);
-            again = writer.output;
-        });
+        parseFragment(cleaned, spent.arena(),
+            [&](const GumboOutput *parsed) { again = written(parsed, false); });
         if (again == cleaned)
             return cleaned;
         cleaned = again;
@@ -220,11 +223,8 @@ QString FeedHtmlCleaner::toPlainText(const QString &html, Budget *budget)
     if (!spent.take(FeedHtmlScan::nestingEstimate(html)))
         return withoutTags(html);
     QString text;
-    parseFragment(html, spent.arena(), [&](const GumboOutput *parsed) {
-        Writer writer(true);
-        writer.writeChildren(parsed->root->v.element.children);
-        text = writer.output;
-    });
+    parseFragment(
+        html, spent.arena(), [&](const GumboOutput *parsed) { text = written(parsed, true); });
     return text;
 }
 
