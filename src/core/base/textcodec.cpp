@@ -32,6 +32,10 @@ std::optional<QString> decodeNamed(QByteArrayView bytes, const QByteArray &name,
     const auto builtIn = QStringConverter::encodingForName(lower.constData());
     if (lower.isEmpty() || (builtIn && *builtIn == QStringConverter::System))
         return std::nullopt;
+    // UTF-7 turns plain ASCII such as "+ADw-" into markup; browsers refuse to decode it,
+    // and so does the program.
+    if (lower.contains("utf-7") || lower.contains("utf7"))
+        return std::nullopt;
     QStringDecoder decoder(lower.constData());
     if (!decoder.isValid())
         return std::nullopt;
