@@ -5,8 +5,11 @@
 #include "engine/webpage.h"
 
 #include <QEventLoop>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QPointer>
 #include <QPrinter>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWebEngineCertificateError>
 #include <QWebEngineFindTextResult>
@@ -15,6 +18,7 @@
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 
@@ -134,23 +138,102 @@ void PageView::attachPage()
     connect(m_page, &QWebEnginePage::newWindowRequested, this,
         [this](QWebEngineNewWindowRequest &request) {
             if (!m_newWindowHandler)
-                return; // not taken: the engine refuses it
-            NewWindowRequest asked {
-                request.requestedUrl(), request.requestedGeometry(), request.isUserInitiated()};
+                return; // not taken: the engine refuses it, and the page gets null
+            const bool background
+                = request.destination() == QWebEngineNewWindowRequest::InNewBackgroundTab;
+            NewWindowRequest asked {request.requestedUrl(), request.requestedGeometry(),
+                request.isUserInitiated(), background};
             bool keepOpener = true;
-            PageView *target = m_newWindowHandler(asked, &keepOpener);
-            if (!target)
-                return;
-            if (keepOpener)
-                request.openIn(target->m_page);
-            else if (asked.url.isValid())
-                target->load(asked.url);
+            if (PageView *target = m_newWindowHandler(asked, &keepOpener))
+                target->adopt(request, keepOpener, m_page->url());
         });
+    connect(m_page, &QWebEnginePage::printRequested, this, [this] {
+        if (m_showingWritten)
+            m_printDeferred = true;
+        else
+            emit printRequested();
+    });
     connect(m_view, &QWebEngineView::printFinished, this, [this](bool ok) {
         m_printing = false;
         m_printer.reset();
         if (m_printDone)
             std::exchange(m_printDone, nullptr)(ok);
+    });
+}
+
+void PageView::adopt(QWebEngineNewWindowRequest &request, bool keepOpener, const QUrl &opener)
+{
+    // The opener always gets its window back: it may write into it, and a second
+    // request for a window of the same name finds this one.
+    const QUrl asked = request.requestedUrl();
+    const bool blank = asked.isEmpty() || asked.scheme() == u"about";
+    if (blank) {
+        // The engine crashes when it shows a blank window whose content the opener
+        // wrote into the empty first document. Such a window stays off screen until
+        // that markup is loaded as a document of its own, of the opener's origin.
+        m_showingWritten = true;
+        m_view->hide();
+    }
+    request.openIn(m_page);
+    if (!keepOpener) {
+        // The new page loses its view of the opener, as with "noopener"; the opener
+        // keeps its reference to the new window.
+        QWebEngineScript sever;
+        sever.setName(QStringLiteral("no-opener"));
+        sever.setSourceCode(QStringLiteral("window.opener = null;"));
+        sever.setInjectionPoint(QWebEngineScript::DocumentCreation);
+        sever.setWorldId(QWebEngineScript::MainWorld);
+        sever.setRunsOnSubFrames(false);
+        m_page->scripts().insert(sever);
+        m_page->runJavaScript(sever.sourceCode());
+    }
+    if (blank)
+        QTimer::singleShot(0, this, [this, opener] { showWrittenPage(opener); });
+}
+
+void PageView::setWindowOpenGuard(bool pagesMayOpen, const QStringList &allowedSites)
+{
+    // The engine asks for the new window only after window.open has returned, so the
+    // answer a script sees is given here, in the page, by the same rule.
+    static const QString name = QStringLiteral("window-open-guard");
+    QWebEngineScriptCollection &scripts = m_page->scripts();
+    for (const QWebEngineScript &old : scripts.find(name))
+        scripts.remove(old);
+    QWebEngineScript guard;
+    guard.setName(name);
+    guard.setSourceCode(
+        QStringLiteral(
+            "(() => { const mayOpen = %1; const sites = %2; const open = window.open;"
+            " window.open = function (...args) { const opened = open.apply(this, args);"
+            " const refused = !mayOpen && !sites.includes(location.hostname.toLowerCase())"
+            " && !(navigator.userActivation && navigator.userActivation.isActive);"
+            " return refused ? null : opened; }; })();")
+            .arg(pagesMayOpen ? QStringLiteral("true") : QStringLiteral("false"),
+                QString::fromUtf8(QJsonDocument(QJsonArray::fromStringList(allowedSites))
+                                      .toJson(QJsonDocument::Compact))));
+    guard.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    guard.setWorldId(QWebEngineScript::MainWorld);
+    guard.setRunsOnSubFrames(true);
+    scripts.insert(guard);
+}
+
+void PageView::showWrittenPage(const QUrl &base)
+{
+    // What the opener wrote in the same turn of its script is in the document by now;
+    // what it writes later goes into the document loaded here, which is safe to show.
+    QPointer<PageView> self = this;
+    m_page->toHtml([self, base](const QString &html) {
+        if (!self)
+            return;
+        auto shown = std::make_shared<QMetaObject::Connection>();
+        *shown = connect(self->m_page, &QWebEnginePage::loadFinished, self, [self, shown] {
+            QObject::disconnect(*shown);
+            self->m_showingWritten = false;
+            self->m_view->show();
+            if (std::exchange(self->m_printDeferred, false))
+                emit self->printRequested();
+        });
+        self->m_page->setHtml(html, base.isValid() ? base : QUrl(QStringLiteral("about:blank")));
     });
 }
 

@@ -10,6 +10,7 @@
 #include <memory>
 
 class QPrinter;
+class QWebEngineNewWindowRequest;
 class QWebEngineView;
 class WebPage;
 
@@ -35,6 +36,8 @@ public:
         QUrl url;
         QRect geometry;
         bool userInitiated = false;
+        // The user asked for it behind the others (middle-click, Ctrl+click).
+        bool background = false;
     };
     // Returns the view that takes the new page, or nullptr to refuse it. When
     // *keepOpener is left true the new page keeps its reference to the opener.
@@ -44,6 +47,10 @@ public:
     ~PageView() override;
 
     void setNewWindowHandler(NewWindowHandler handler) { m_newWindowHandler = std::move(handler); }
+    // What pages loaded from now on get from a window.open that will be refused: null,
+    // as a script expects, unless pages may open windows, the page's host is among the
+    // allowed sites, or the user has just acted in the page.
+    void setWindowOpenGuard(bool pagesMayOpen, const QStringList &allowedSites);
     NewWindowHandler newWindowHandler() const { return m_newWindowHandler; }
 
     void load(const QUrl &url);
@@ -112,9 +119,13 @@ signals:
     void permissionRequested(const QUrl &origin, PageView::Permission permission);
     void certificateRejected(const QUrl &url, const QString &description);
     void fullScreenRequested(bool on);
+    // The page called print().
+    void printRequested();
 
 private:
     void attachPage();
+    void adopt(QWebEngineNewWindowRequest &request, bool keepOpener, const QUrl &opener);
+    void showWrittenPage(const QUrl &base);
 
     QWebEngineView *m_view = nullptr;
     WebPage *m_page = nullptr;
@@ -125,4 +136,9 @@ private:
     bool m_printing = false;
     std::unique_ptr<QPrinter> m_printer;
     std::function<void(bool)> m_printDone;
+    // A blank window its opener writes into is kept off screen until the written
+    // markup has been loaded as a document of its own; a print asked for meanwhile
+    // waits for that.
+    bool m_showingWritten = false;
+    bool m_printDeferred = false;
 };

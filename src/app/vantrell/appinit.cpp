@@ -58,6 +58,7 @@ void applyPreferences(MDIForm1 &frame)
     policy.AllowResizeWin = p.AllowResizeWin() != 0;
     policy.AllowWinInBack = p.AllowWinInBack() != 0;
     policy.AllowWinRef = p.AllowWinRef() != 0;
+    policy.loadAllowedSites(AppInfo::dataFile(NewWindowPolicy::allowedSitesFileName()));
     frame.setPolicy(policy);
 }
 

@@ -1,5 +1,11 @@
 #include "core/browsing/newwindowpolicy.h"
 
+#include "core/browsing/usercommand.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <QUrl>
+
 bool NewWindowPolicy::isOn(Switch which) const
 {
     switch (which) {
@@ -33,14 +39,57 @@ void NewWindowPolicy::set(Switch which, bool on)
     }
 }
 
-NewWindowPolicy::Decision NewWindowPolicy::decide(
-    bool userInitiated, qint16 &userCommandPending) const
+QString NewWindowPolicy::siteOf(const QUrl &page)
 {
-    if (userInitiated)
-        userCommandPending = 0;
-    if (!AllowOpenWin || userCommandPending) {
-        userCommandPending = 0;
+    return page.host().toLower();
+}
+
+bool NewWindowPolicy::allowsSite(const QUrl &page) const
+{
+    const QString site = siteOf(page);
+    return !site.isEmpty() && AllowedSites.contains(site);
+}
+
+NewWindowPolicy::Decision NewWindowPolicy::decide(const Request &request, qint64 nowMs) const
+{
+    if (request.userInitiated) {
+        UserCommand::clear();
+        return {request.background ? Placement::Behind : Placement::InFront, AllowWinRef, false};
+    }
+    const bool pending = UserCommand::pending(nowMs);
+    if (pending || (!AllowOpenWin && !allowsSite(QUrl(request.opener)))) {
+        UserCommand::clear();
         return {};
     }
-    return {AllowWinInBack ? Placement::Behind : Placement::InFront, AllowWinRef};
+    return {AllowWinInBack ? Placement::Behind : Placement::InFront, AllowWinRef, true};
+}
+
+void NewWindowPolicy::loadAllowedSites(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return;
+    // A host name is short; a longer line or a huge file is not ours and is skipped.
+    constexpr qint64 MaxLine = 255;
+    for (int lines = 0; !file.atEnd() && lines < 10000; ++lines) {
+        QByteArray line = file.readLine(MaxLine + 2);
+        const bool whole = line.endsWith('\n') || file.atEnd();
+        for (QByteArray rest = line; !rest.endsWith('\n') && !file.atEnd();)
+            rest = file.readLine(4096);
+        const QString site = QString::fromUtf8(line).trimmed().toLower();
+        if (whole && !site.isEmpty() && !site.contains(u' '))
+            AllowedSites.insert(site);
+    }
+}
+
+bool NewWindowPolicy::saveAllowedSites(const QString &path) const
+{
+    QStringList sites(AllowedSites.cbegin(), AllowedSites.cend());
+    sites.sort();
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return false;
+    for (const QString &site : sites)
+        file.write(site.toUtf8() + '\n');
+    return file.commit();
 }

@@ -166,7 +166,7 @@ void BrowserToolbar::showFeeds(const FeedList &feeds)
 
 void BrowserToolbar::buttonClick(const QString &key)
 {
-    UserCommandPending = -1;
+    UserCommand::mark();
     frmBrowser *w = m_window;
     if (key == u"Back") {
         w->GoBack();
@@ -199,7 +199,7 @@ void BrowserToolbar::buttonClick(const QString &key)
 
 void BrowserToolbar::menuClick(QAction *entry)
 {
-    UserCommandPending = -1;
+    UserCommand::mark();
     frmBrowser *w = m_window;
     if (!entry || !w->isBrowserVisible())
         return;

@@ -2,6 +2,8 @@
 
 #include "core/base/uitexts.h"
 #include "core/browsing/addressinput.h"
+#include "core/browsing/newwindowpolicy.h"
+#include "core/browsing/usercommand.h"
 #include "core/prefs/prefer.h"
 #include "engine/webenginesetup.h"
 #include "ui/browser/browsertoolbar.h"
@@ -132,6 +134,7 @@ void frmBrowser::connectPage()
     });
     connect(m_page, &PageView::linkHovered, this, &frmBrowser::statusText);
     connect(m_page, &PageView::loadFinished, this, [this](bool ok) {
+        UserCommand::navigationDone();
         updateSecureState(ok);
         const QString url = LocationURL();
         if (ok && !url.isEmpty())
@@ -140,6 +143,8 @@ void frmBrowser::connectPage()
         CollectXmlFeed();
     });
     connect(m_page, &PageView::closeRequested, this, &frmBrowser::closeRequested);
+    // The print dialog runs after the engine's call has returned.
+    connect(m_page, &PageView::printRequested, this, &frmBrowser::WebPrint, Qt::QueuedConnection);
     connect(m_page, &PageView::resizeRequested, this, &frmBrowser::resizeRequested);
     connect(m_page, &PageView::fullScreenRequested, this, [this](bool on) {
         m_coolBar->setVisible(!on && (addressBarVisible() || toolbarVisible()));
@@ -367,9 +372,30 @@ PageView *frmBrowser::openWindowFor(const PageView::NewWindowRequest &request, b
         return nullptr;
     }
     frmBrowser *created = m_windowOpener ? m_windowOpener(request, keepOpener) : nullptr;
-    if (created && !name.isEmpty())
+    if (!created)
+        reportBlockedWindow(request.url);
+    else if (!name.isEmpty())
         m_itemWindows.insert(name, created);
     return created ? created->page() : nullptr;
+}
+
+void frmBrowser::reportBlockedWindow(const QUrl &url)
+{
+    // Never silent: the user sees what was refused and may open it after all.
+    const bool blank = url.isEmpty() || url.scheme() == u"about";
+    const QString site = NewWindowPolicy::siteOf(QUrl(LocationURL()));
+    m_infoBar->offer(blank ? uiText(2121) : uiText(2120).arg(url.toDisplayString()),
+        blank ? QString() : uiText(2122), site.isEmpty() ? QString() : uiText(2123),
+        [this, url, site, blank](int choice) {
+            if (choice == 2)
+                emit popupSiteAllowed(site);
+            if (choice == 0 || blank || !m_windowOpener)
+                return;
+            // Asked for by the user now, so it opens whatever the switches say.
+            bool keepOpener = false;
+            if (frmBrowser *opened = m_windowOpener({url, {}, true, false}, &keepOpener))
+                opened->Navigate(url.toString());
+        });
 }
 
 void frmBrowser::CollectXmlFeed()

@@ -135,6 +135,8 @@ signals:
     void feedsCollected();
     // A feed page has been handed to the view (FeedSourceUrl holds its address).
     void feedShown(const QString &feedUrl);
+    // The user lets pages of this site open windows from now on.
+    void popupSiteAllowed(const QString &site);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -149,6 +151,7 @@ private:
     void updateSecureState(bool loaded);
     void askPermission(const QUrl &origin, PageView::Permission permission);
     PageView *openWindowFor(const PageView::NewWindowRequest &request, bool *keepOpener);
+    void reportBlockedWindow(const QUrl &url);
 
     PageView *m_page = nullptr;
     QWidget *m_coolBar = nullptr;

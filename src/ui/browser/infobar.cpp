@@ -10,8 +10,8 @@
 InfoBar::InfoBar(QWidget *parent)
     : QWidget(parent)
     , m_label(new QLabel(this))
-    , m_yes(new QPushButton(uiText(2029), this))
-    , m_no(new QPushButton(uiText(2030), this))
+    , m_yes(new QPushButton(this))
+    , m_no(new QPushButton(this))
     , m_close(new QPushButton(this))
 {
     setAutoFillBackground(true);
@@ -28,30 +28,34 @@ InfoBar::InfoBar(QWidget *parent)
     layout->addWidget(m_yes);
     layout->addWidget(m_no);
     layout->addWidget(m_close);
-    connect(m_yes, &QPushButton::clicked, this, [this] { answer(true); });
-    connect(m_no, &QPushButton::clicked, this, [this] { answer(false); });
-    connect(m_close, &QPushButton::clicked, this, [this] { answer(false); });
+    connect(m_yes, &QPushButton::clicked, this, [this] { choose(1); });
+    connect(m_no, &QPushButton::clicked, this, [this] { choose(2); });
+    connect(m_close, &QPushButton::clicked, this, [this] { choose(0); });
     hide();
 }
 
 void InfoBar::showMessage(const QString &text)
 {
-    if (m_answer)
-        answer(false);
-    m_label->setText(text);
-    m_yes->hide();
-    m_no->hide();
-    show();
+    offer(text, QString(), QString(), nullptr);
 }
 
 void InfoBar::ask(const QString &text, std::function<void(bool)> answerFn)
 {
-    if (m_answer)
-        answer(false); // an older question is declined
-    m_answer = std::move(answerFn);
+    offer(text, uiText(2029), uiText(2030),
+        [answerFn = std::move(answerFn)](int choice) { answerFn(choice == 1); });
+}
+
+void InfoBar::offer(const QString &text, const QString &first, const QString &second,
+    std::function<void(int)> choice)
+{
+    if (m_choice)
+        choose(0); // an older question is declined
+    m_choice = std::move(choice);
     m_label->setText(text);
-    m_yes->show();
-    m_no->show();
+    m_yes->setText(first);
+    m_no->setText(second);
+    m_yes->setVisible(!first.isEmpty());
+    m_no->setVisible(!second.isEmpty());
     show();
 }
 
@@ -62,7 +66,12 @@ QString InfoBar::text() const
 
 void InfoBar::answer(bool yes)
 {
+    choose(yes ? 1 : 0);
+}
+
+void InfoBar::choose(int choice)
+{
     hide();
-    if (m_answer)
-        std::exchange(m_answer, nullptr)(yes);
+    if (m_choice)
+        std::exchange(m_choice, nullptr)(choice);
 }

@@ -75,6 +75,8 @@ public:
     const NewWindowPolicy &policy() const { return m_policy; }
     void setPolicy(const NewWindowPolicy &policy);
     void setPolicySwitch(NewWindowPolicy::Switch which, bool on);
+    // Pages of the site may open windows even while the switch says no; kept on disk.
+    void allowPopupSite(const QString &site);
 
     // History of this run, newest last.
     void AddToHistory(const QString &url, const QString &title);
@@ -115,7 +117,9 @@ private:
     void EmptyState();
     void wireBrowser(frmBrowser *window, QMdiSubWindow *sub);
     void runWindowCommand(frmBrowser *window, WindowCommand command);
-    frmBrowser *openPageWindow(bool userInitiated, bool *keepOpener);
+    frmBrowser *openPageWindow(const NewWindowPolicy::Request &request, bool *keepOpener);
+    // Tells the pages of every window (or of one) what a refused window.open returns.
+    void guardWindowOpen(frmBrowser *only = nullptr);
     void closeAllFrom(frmBrowser *last);
     void setFullScreen(bool on);
     QMdiSubWindow *subWindowOf(const frmBrowser *window) const;

@@ -1,5 +1,7 @@
 // Arrangement of the child windows and the switches by which pages may open windows.
+#include "core/base/appinfo.h"
 #include "core/prefs/prefer.h"
+#include "ui/browser/frmbrowser.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 
@@ -43,6 +45,23 @@ void MDIForm1::setPolicy(const NewWindowPolicy &policy)
 {
     m_policy = policy;
     m_menus->syncChecks();
+    guardWindowOpen();
+}
+
+void MDIForm1::guardWindowOpen(frmBrowser *only)
+{
+    const QStringList sites(m_policy.AllowedSites.cbegin(), m_policy.AllowedSites.cend());
+    for (frmBrowser *window : only ? QList<frmBrowser *> {only} : browsers())
+        window->page()->setWindowOpenGuard(m_policy.AllowOpenWin, sites);
+}
+
+void MDIForm1::allowPopupSite(const QString &site)
+{
+    if (site.isEmpty() || m_policy.AllowedSites.contains(site))
+        return;
+    m_policy.AllowedSites.insert(site);
+    m_policy.saveAllowedSites(AppInfo::dataFile(NewWindowPolicy::allowedSitesFileName()));
+    guardWindowOpen();
 }
 
 void MDIForm1::setPolicySwitch(NewWindowPolicy::Switch which, bool on)
@@ -64,4 +83,6 @@ void MDIForm1::setPolicySwitch(NewWindowPolicy::Switch which, bool on)
         break;
     }
     m_menus->syncChecks();
+    if (which == NewWindowPolicy::Switch::AllowOpenWin)
+        guardWindowOpen();
 }

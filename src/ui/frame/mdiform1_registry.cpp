@@ -83,9 +83,13 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
         const QSize chrome = sub->size() - window->page()->size();
         sub->resize(size + chrome);
     });
-    window->setWindowOpener([this](const PageView::NewWindowRequest &request, bool *keepOpener) {
-        return openPageWindow(request.userInitiated, keepOpener);
-    });
+    window->setWindowOpener(
+        [this, window](const PageView::NewWindowRequest &request, bool *keepOpener) {
+            return openPageWindow(
+                {request.userInitiated, request.background, window->LocationURL()}, keepOpener);
+        });
+    connect(window, &frmBrowser::popupSiteAllowed, this, &MDIForm1::allowPopupSite);
+    guardWindowOpen(window);
 }
 
 void MDIForm1::runWindowCommand(frmBrowser *window, WindowCommand command)
@@ -115,14 +119,16 @@ void MDIForm1::runWindowCommand(frmBrowser *window, WindowCommand command)
     }
 }
 
-frmBrowser *MDIForm1::openPageWindow(bool userInitiated, bool *keepOpener)
+frmBrowser *MDIForm1::openPageWindow(const NewWindowPolicy::Request &request, bool *keepOpener)
 {
-    const NewWindowPolicy::Decision decision = m_policy.decide(userInitiated, UserCommandPending);
+    const NewWindowPolicy::Decision decision = m_policy.decide(request, UserCommand::now());
     if (decision.placement == NewWindowPolicy::Placement::Refuse)
         return nullptr;
     QMdiSubWindow *previous = m_mdi->activeSubWindow();
-    frmBrowser *window = CreateBrowser(BrowserKind::MDIChild);
-    ++m_popupCount;
+    frmBrowser *window = CreateBrowser(decision.popup ? BrowserKind::MDIChild : BrowserKind::MDI);
+    window->OpenedByPage = true;
+    if (decision.popup)
+        ++m_popupCount;
     *keepOpener = decision.keepOpener;
     if (decision.placement == NewWindowPolicy::Placement::Behind && previous) {
         m_mdi->setActiveSubWindow(previous);

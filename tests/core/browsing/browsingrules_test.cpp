@@ -1,9 +1,13 @@
 #include "core/base/uitexts.h"
 #include "core/browsing/linkstoopen.h"
 #include "core/browsing/newwindowpolicy.h"
+#include "core/browsing/usercommand.h"
 
+#include <QFile>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -85,49 +89,103 @@ private slots:
 
     void newWindowDecision_data()
     {
-        QTest::addColumn<bool>("allowOpenWin");
-        QTest::addColumn<bool>("allowWinInBack");
-        QTest::addColumn<bool>("allowWinRef");
-        QTest::addColumn<qint16>("pending");
+        // Switches as "open back ref", the allowed site, the user-command mark (none,
+        // set 1 s or 3 s before), who asked, and the decision with the mark after it.
+        QTest::addColumn<QString>("switches");
+        QTest::addColumn<bool>("siteAllowed");
+        QTest::addColumn<int>("markAgeMs");
         QTest::addColumn<bool>("userInitiated");
+        QTest::addColumn<bool>("background");
         QTest::addColumn<Placement>("placement");
         QTest::addColumn<bool>("keepOpener");
-        QTest::addColumn<qint16>("pendingAfter");
-        const qint16 on = -1;
-        QTest::newRow("granted in front") << true << false << false << qint16(0) << false
-                                          << Placement::InFront << false << qint16(0);
-        QTest::newRow("granted behind") << true << true << false << qint16(0) << false
-                                        << Placement::Behind << false << qint16(0);
-        QTest::newRow("reference kept") << true << false << true << qint16(0) << false
-                                        << Placement::InFront << true << qint16(0);
-        QTest::newRow("switched off") << false << true << true << qint16(0) << false
-                                      << Placement::Refuse << false << qint16(0);
-        QTest::newRow("pending command refused and cleared")
-            << true << false << true << on << false << Placement::Refuse << false << qint16(0);
-        QTest::newRow("any non-zero pending value counts")
-            << true << false << false << qint16(1) << false << Placement::Refuse << false
-            << qint16(0);
-        QTest::newRow("user click clears the pending command")
-            << true << true << false << on << true << Placement::Behind << false << qint16(0);
-        QTest::newRow("user click while switched off")
-            << false << false << false << on << true << Placement::Refuse << false << qint16(0);
+        QTest::addColumn<bool>("popup");
+        QTest::addColumn<bool>("markAfter");
+        const int none = -1;
+        const auto row = [](const char *name) { return &QTest::newRow(name); };
+        *row("page's window in front") << u"open"_s << false << none << false << false
+                                       << Placement::InFront << false << true << false;
+        *row("page's window behind, with a reference")
+            << u"open back ref"_s << false << none << false << false << Placement::Behind << true
+            << true << false;
+        *row("switched off") << u"back ref"_s << false << none << false << false
+                             << Placement::Refuse << false << false << false;
+        *row("switched off but the site is allowed")
+            << u""_s << true << none << false << false << Placement::InFront << false << true
+            << false;
+        *row("fresh user command refuses and is cleared")
+            << u"open ref"_s << false << 1000 << false << false << Placement::Refuse << false
+            << false << false;
+        *row("allowed site still waits for the user command")
+            << u"open"_s << true << 1000 << false << false << Placement::Refuse << false << false
+            << false;
+        *row("refusal by the switch clears the user command too")
+            << u""_s << false << 1000 << false << false << Placement::Refuse << false << false
+            << false;
+        *row("user command expired after three seconds")
+            << u"open"_s << false << 3000 << false << false << Placement::InFront << false << true
+            << false;
+        *row("user's click opens while switched off, not a popup")
+            << u"ref"_s << false << none << true << false << Placement::InFront << true << false
+            << false;
+        *row("user's click clears a fresh command and opens")
+            << u"open back"_s << false << 1000 << true << false << Placement::InFront << false
+            << false << false;
+        *row("user's middle-click opens behind") << u""_s << false << none << true << true
+                                                 << Placement::Behind << false << false << false;
     }
 
     void newWindowDecision()
     {
-        QFETCH(bool, allowOpenWin);
-        QFETCH(bool, allowWinInBack);
-        QFETCH(bool, allowWinRef);
-        QFETCH(qint16, pending);
+        QFETCH(QString, switches);
+        QFETCH(bool, siteAllowed);
+        QFETCH(int, markAgeMs);
         QFETCH(bool, userInitiated);
+        QFETCH(bool, background);
+        const QStringList on = switches.split(u' ');
         NewWindowPolicy policy;
-        policy.set(NewWindowPolicy::Switch::AllowOpenWin, allowOpenWin);
-        policy.set(NewWindowPolicy::Switch::AllowWinInBack, allowWinInBack);
-        policy.set(NewWindowPolicy::Switch::AllowWinRef, allowWinRef);
-        const NewWindowPolicy::Decision decision = policy.decide(userInitiated, pending);
+        policy.AllowOpenWin = on.contains(u"open"_s);
+        policy.AllowWinInBack = on.contains(u"back"_s);
+        policy.AllowWinRef = on.contains(u"ref"_s);
+        if (siteAllowed)
+            policy.AllowedSites.insert(u"popups.example"_s);
+        const qint64 now = 1000000;
+        UserCommand::clear();
+        if (markAgeMs >= 0)
+            UserCommand::mark(now - markAgeMs);
+        const NewWindowPolicy::Decision decision
+            = policy.decide({userInitiated, background, u"https://Popups.Example/page"_s}, now);
         QTEST(decision.placement, "placement");
         QTEST(decision.keepOpener, "keepOpener");
-        QTEST(pending, "pendingAfter");
+        QTEST(decision.popup, "popup");
+        QTEST(UserCommand::pending(now), "markAfter");
+    }
+
+    void userCommandEndsWithTheNextNavigation()
+    {
+        UserCommand::mark();
+        QVERIFY(UserCommand::pending());
+        UserCommand::navigationDone();
+        QVERIFY(!UserCommand::pending());
+        QCOMPARE(UserCommandPending, qint16(0));
+    }
+
+    void allowedSitesSurviveOnDiskAndIgnoreJunk()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(NewWindowPolicy::allowedSitesFileName());
+        NewWindowPolicy saved;
+        saved.AllowedSites = {u"a.example"_s, u"b.example"_s};
+        QVERIFY(saved.saveAllowedSites(path));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("  C.Example  \nwith blank\n" + QByteArray(300, 'x') + "\n\n");
+        file.close();
+        NewWindowPolicy loaded;
+        loaded.loadAllowedSites(path);
+        QCOMPARE(
+            loaded.AllowedSites, (QSet<QString> {u"a.example"_s, u"b.example"_s, u"c.example"_s}));
+        QVERIFY(loaded.allowsSite(QUrl(u"http://C.example:8080/x"_s)));
+        QVERIFY(!loaded.allowsSite(QUrl(u"file:///tmp/x.html"_s)));
     }
 
     void sizingNeedsItsSwitchAndANormalWindow()

@@ -113,7 +113,7 @@ private slots:
         EngineTest::failOnWarnings();
         m_frame->CloseAll();
         VERIFY_SOON(m_frame->browsers().isEmpty());
-        UserCommandPending = 0;
+        UserCommand::clear();
         prefer().setHomeTitle(QString());
         prefer().setHomeUrl(url("/a"));
     }

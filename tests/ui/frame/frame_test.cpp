@@ -9,6 +9,7 @@
 #include "localhttpserver.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/browser/infobar.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
@@ -100,6 +101,11 @@ private slots:
         m_server.setPage(
             u"/opener"_s, titled("Opener", "<a id='blank' href='/target' target='_blank'>new</a>"));
         m_server.setPage(u"/target"_s, titled("Target"));
+        m_server.setPage(u"/popper"_s,
+            titled("Popper",
+                "<a id='blank' href='/target' target='_blank'>new</a><script>"
+                "addEventListener('load', () => { document.body.dataset.opened ="
+                " window.open('/target') === null ? 'null' : 'window'; });</script>"));
         m_server.setPage(u"/spammer"_s,
             titled("Spammer",
                 "<script>setInterval(() => { if (window.spam) window.open('/target'); }, 5);"
@@ -117,7 +123,7 @@ private slots:
     void init()
     {
         EngineTest::failOnWarnings();
-        UserCommandPending = 0;
+        UserCommand::clear();
     }
 
     void tabCaptionShowsAmpersandOnceAndCloneTakesTheAddress()
@@ -392,64 +398,132 @@ private slots:
         frame.resize(1000, 800);
         frame.show();
         QVERIFY(QTest::qWaitForWindowExposed(&frame));
-        frmBrowser *opener = open(frame, "/opener", "Opener");
         frame.menuAction(u"mn_DisablePopup"_s)->trigger();
         QVERIFY(!frame.policy().AllowOpenWin);
         QVERIFY(frame.menuAction(u"mn_ctxtDisablePopup"_s)->isChecked());
         QVERIFY(!frame.menuAction(u"mn_PopupToBack"_s)->isEnabled());
+        // A page's own window is refused: the script gets null and the user a notice.
+        frmBrowser *opener = open(frame, "/popper", "Popper");
+        VERIFY_SOON(evaluate(opener, u"document.body.dataset.opened"_s) == QVariant(u"null"_s));
         evaluate(opener, u"window.open('/target'); document.getElementById('blank').click(); 1"_s);
         reload(opener);
         QCOMPARE(frame.browsers().size(), 1);
         QCOMPARE(frame.tabStrip()->count(), 1);
+        auto *notice = opener->findChild<InfoBar *>();
+        QVERIFY(notice->text().contains(url("/target")));
 
-        // A pending command of the user refuses the next one, and the refusal clears it.
-        frame.menuAction(u"mn_ctxtEnablePopup"_s)->trigger();
-        QVERIFY(frame.policy().AllowOpenWin);
-        UserCommandPending = -1;
-        evaluate(opener, u"window.open('/target'); 1"_s);
-        VERIFY_SOON(UserCommandPending == 0);
-        QCOMPARE(frame.browsers().size(), 1);
-
-        // A click of the user in the page is granted though a command is pending: a popup
-        // in front, without a reference to its opener.
+        // A click of the user opens a window, switch off and command pending alike; it
+        // is not a popup and has no view of its opener.
         const QVariantList centre = evaluate(opener,
             u"(() => { const r = document.getElementById('blank').getBoundingClientRect();"
             " return [r.left + r.width / 2, r.top + r.height / 2]; })()"_s)
                                         .toList();
         QCOMPARE(centre.size(), 2);
-        UserCommandPending = -1;
+        UserCommand::mark();
         QTest::mouseClick(opener->page()->focusWidget(), Qt::LeftButton, {},
             QPoint(centre.at(0).toInt(), centre.at(1).toInt()));
         VERIFY_SOON(frame.browsers().size() == 2 && shows(frame.browsers().last(), "Target"));
-        QCOMPARE(UserCommandPending, qint16(0));
-        frmBrowser *popup = frame.browsers().last();
-        QVERIFY(popup->IsPopup && !opener->IsPopup);
-        QCOMPARE(frame.popupCount(), 1);
-        QCOMPARE(frame.activeBrowser(), popup);
-        QCOMPARE(evaluate(popup, u"window.opener === null"_s), QVariant(true));
+        QVERIFY(!UserCommand::pending());
+        frmBrowser *clicked = frame.browsers().last();
+        QVERIFY(!clicked->IsPopup);
+        QCOMPARE(frame.popupCount(), 0);
+        QCOMPARE(frame.activeBrowser(), clicked);
+        QCOMPARE(evaluate(clicked, u"window.opener === null"_s), QVariant(true));
+        // A middle-click opens behind the active window.
+        activate(frame, opener);
+        QTest::mouseClick(opener->page()->focusWidget(), Qt::MiddleButton, {},
+            QPoint(centre.at(0).toInt(), centre.at(1).toInt()));
+        VERIFY_SOON(frame.browsers().size() == 3 && shows(frame.browsers().last(), "Target"));
+        QCOMPARE(frame.activeBrowser(), opener);
+        frame.browsers().last()->parentWidget()->close();
+        VERIFY_SOON(frame.browsers().size() == 2);
 
-        // In the background, with a reference; such a page may size but not move its window.
+        // "Open it" in the notice opens the refused window after all; "always allow"
+        // lets the site's pages open windows from now on, and is kept on disk.
+        activate(frame, opener);
+        notice->choose(1);
+        VERIFY_SOON(frame.browsers().size() == 3 && shows(frame.browsers().last(), "Target"));
+        evaluate(opener, u"window.open('/target?blank'); 1"_s);
+        VERIFY_SOON(!notice->text().isEmpty());
+        notice->choose(2);
+        VERIFY_SOON(frame.browsers().size() == 4);
+        QVERIFY(frame.policy().allowsSite(QUrl(url("/opener"))));
+        QVERIFY(QFile::exists(AppInfo::dataFile(NewWindowPolicy::allowedSitesFileName())));
+        evaluate(opener, u"window.open('/target?allowed'); 1"_s);
+        VERIFY_SOON(frame.browsers().size() == 5 && frame.browsers().last()->IsPopup);
+        frame.allowPopupSite(QString());
+        NewWindowPolicy noSites = frame.policy();
+        noSites.AllowedSites.clear();
+        frame.setPolicy(noSites);
+
+        // A pending command of the user refuses a page's next window and is cleared.
+        frame.menuAction(u"mn_ctxtEnablePopup"_s)->trigger();
+        QVERIFY(frame.policy().AllowOpenWin);
+        UserCommand::mark();
+        evaluate(opener, u"window.open('/target'); 1"_s);
+        VERIFY_SOON(!UserCommand::pending());
+        QCOMPARE(frame.browsers().size(), 5);
+
+        // In the background; such a page may size but not move its window.
         frame.menuAction(u"mn_ctxtPopupToBack"_s)->trigger();
         QVERIFY(frame.menuAction(u"mn_PopupToBack"_s)->isChecked());
         frame.menuAction(u"mn_ctxtPopupReferenz"_s)->trigger();
-        QVERIFY(frame.policy().AllowWinRef);
         activate(frame, opener);
         evaluate(opener, u"window.open('/target', 'sized', 'width=400,height=300'); 1"_s);
-        VERIFY_SOON(frame.browsers().size() == 3 && shows(frame.browsers().last(), "Target"));
-        frmBrowser *linked = frame.browsers().last();
-        QCOMPARE(frame.tabStrip()->count(), 3);
+        VERIFY_SOON(frame.browsers().size() == 6 && shows(frame.browsers().last(), "Target"));
+        frmBrowser *sized = frame.browsers().last();
+        QCOMPARE(frame.tabStrip()->count(), 6);
         QCOMPARE(frame.activeBrowser(), opener);
-        QCOMPARE(evaluate(linked, u"window.opener !== null"_s), QVariant(true));
-        auto *sub = qobject_cast<QMdiSubWindow *>(linked->parentWidget());
+        auto *sub = qobject_cast<QMdiSubWindow *>(sized->parentWidget());
         const QPoint before = sub->pos();
-        evaluate(linked, u"window.resizeTo(420, 330); window.moveTo(5, 5); 1"_s);
-        VERIFY_SOON(qAbs(linked->page()->width() - 420) <= 2);
+        evaluate(sized, u"window.resizeTo(420, 330); window.moveTo(5, 5); 1"_s);
+        VERIFY_SOON(qAbs(sized->page()->width() - 420) <= 2);
         QCOMPARE(sub->pos(), before);
         frame.menuAction(u"mn_PopupResize"_s)->trigger();
         QVERIFY(!frame.policy().AllowResizeWin);
-        evaluate(linked, u"window.resizeTo(600, 500); 1"_s);
-        evaluate(linked, u"1"_s);
-        QVERIFY(qAbs(linked->page()->width() - 420) <= 2);
+        evaluate(sized, u"window.resizeTo(600, 500); 1"_s);
+        evaluate(sized, u"1"_s);
+        QVERIFY(qAbs(sized->page()->width() - 420) <= 2);
+    }
+
+    void openerReachesTheWindowItOpened_data()
+    {
+        QTest::addColumn<bool>("reference");
+        QTest::newRow("reference switch off") << false;
+        QTest::newRow("reference switch on") << true;
+    }
+
+    void openerReachesTheWindowItOpened()
+    {
+        QFETCH(bool, reference);
+        MDIForm1 frame;
+        frame.show();
+        if (frame.policy().AllowWinRef != reference)
+            frame.menuAction(u"mn_PopupReferenz"_s)->trigger();
+        frmBrowser *opener = open(frame, "/opener", "Opener");
+        evaluate(opener, u"window.w = window.open('/target', 'named'); 1"_s);
+        VERIFY_SOON(frame.browsers().size() == 2 && shows(frame.browsers().last(), "Target"));
+        frmBrowser *named = frame.browsers().last();
+        VERIFY_SOON(evaluate(opener, u"w.document.title"_s) == QVariant(u"Target"_s));
+        QCOMPARE(evaluate(named, u"window.opener === null"_s), QVariant(!reference));
+        // The name finds the same window again.
+        evaluate(opener, u"window.open('/one', 'named'); 1"_s);
+        VERIFY_SOON(shows(named, "One"));
+        QCOMPARE(frame.browsers().size(), 2);
+
+        // A receipt written into a blank window shows there, and more can follow.
+        evaluate(opener,
+            u"window.r = window.open(''); r.document.write('<p id=\"r\">Receipt</p>');"
+            " r.document.close(); 1"_s);
+        VERIFY_SOON(frame.browsers().size() == 3);
+        frmBrowser *receipt = frame.browsers().last();
+        VERIFY_SOON(receipt->page()->focusWidget()->isVisible());
+        QCOMPARE(evaluate(receipt, u"document.getElementById('r')?.textContent ?? ''"_s),
+            QVariant(u"Receipt"_s));
+        evaluate(opener, u"r.document.body.insertAdjacentHTML('beforeend', '<b>Total</b>'); 1"_s);
+        VERIFY_SOON(
+            evaluate(receipt, u"document.body.innerText"_s).toString().contains(u"Total"_s));
+        QVERIFY(!receipt->page()->grab().isNull());
     }
 
     void popupsCloseTogetherAndASpammingOneLeavesNothing()
