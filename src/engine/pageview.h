@@ -73,6 +73,7 @@ public:
     int zoomPercent() const;
     // 0 (smallest) … 4 (largest); 2 is the normal size.
     void setTextSize(int step);
+    int textSize() const { return m_textStep; }
 
     void runScript(const QString &script, const std::function<void(const QVariant &)> &result);
     // Finds text; the callback gets the active match (from 1) and the number of matches.

@@ -26,8 +26,10 @@
 #include <QLibraryInfo>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSessionManager>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTimer>
 #include <QTranslator>
 
@@ -131,8 +133,16 @@ int Main(int argc, char *argv[])
     QObject::connect(
         &instance, &SingleInstance::commandLineReceived, &frame, &MDIForm1::handleHandOver);
 
-    frame.resize(Twips::toPixels(prefer().MdiWidth(), &frame),
-        Twips::toPixels(prefer().MdiHeight(), &frame));
+    if (loaded == Prefer::LoadResult::CreatedFresh) {
+        // The first start: a good share of the screen, centred, not the stored default.
+        const QRect screen = frame.screen()->availableGeometry();
+        const QSize size = screen.size() * 0.8;
+        frame.setGeometry(QStyle::alignedRect(
+            Qt::LeftToRight, Qt::AlignCenter, size.boundedTo(screen.size()), screen));
+    } else {
+        frame.resize(Twips::toPixels(prefer().MdiWidth(), &frame),
+            Twips::toPixels(prefer().MdiHeight(), &frame));
+    }
     if (prefer().MdiState() == 2)
         frame.setWindowState(Qt::WindowMaximized);
     frame.SetTabAlign(prefer().TabAlign());

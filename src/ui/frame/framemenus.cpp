@@ -1,6 +1,7 @@
 #include "ui/frame/framemenus.h"
 
 #include "core/base/uitexts.h"
+#include "core/browsing/zoomsteps.h"
 #include "core/model/layout.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
@@ -33,13 +34,6 @@ const QStringList &unavailable()
     return names;
 }
 } // namespace
-
-const QList<int> &FrameMenus::zoomSteps()
-{
-    // From 300 the steps go to 350 and 400; there is no 325 or 375.
-    static const QList<int> steps = {100, 125, 150, 175, 200, 225, 250, 275, 300, 350, 400};
-    return steps;
-}
 
 FrameMenus::FrameMenus(MDIForm1 *frame)
     : QObject(frame)
@@ -152,17 +146,32 @@ void FrameMenus::buildViewMenu()
     const char *textNames[]
         = {"mn_TextMin", "mn_TextSmall", "mn_TextNormal", "mn_TextLarge", "mn_TextMax"};
     for (int step = 0; step < 5; ++step) {
-        add(text, QLatin1String(textNames[step]), 315 + step,
-            [this, step] { withActive([step](frmBrowser *w) { w->SetTextSize(step); }); });
+        add(
+            text, QLatin1String(textNames[step]), 315 + step,
+            [this, step] { withActive([step](frmBrowser *w) { w->SetTextSize(step); }); }, true);
     }
     QMenu *zoom = menu->addMenu(uiText(320));
-    for (int percent : zoomSteps()) {
-        QAction *entry
-            = add(zoom, QStringLiteral("mn_Z") + QString::number(percent), 320, [this, percent] {
-                  withActive([percent](frmBrowser *w) { w->SetZoomFactor(percent); });
-              });
+    for (int percent : ZoomSteps::menuSteps()) {
+        QAction *entry = add(
+            zoom, QStringLiteral("mn_Z") + QString::number(percent), 320,
+            [this, percent] {
+                withActive([percent](frmBrowser *w) { w->SetZoomFactor(percent); });
+            },
+            true);
         entry->setText(QString::number(percent) + u'%');
     }
+    // Each menu checks the step of the active window when it opens.
+    connect(text, &QMenu::aboutToShow, this, [this, text] {
+        const frmBrowser *w = m_frame->activeBrowser();
+        const QList<QAction *> entries = text->actions();
+        for (int step = 0; step < entries.size(); ++step)
+            entries.at(step)->setChecked(w && w->page()->textSize() == step);
+    });
+    connect(zoom, &QMenu::aboutToShow, this, [this, zoom] {
+        const frmBrowser *w = m_frame->activeBrowser();
+        for (QAction *entry : zoom->actions())
+            entry->setChecked(w && entry->objectName() == u"mn_Z" + QString::number(w->ZoomFactor));
+    });
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Standardbrowser"), 312, nullptr);
 }
@@ -383,12 +392,7 @@ void FrameMenus::buildShortcuts()
         [this] { withActive([](frmBrowser *w) { w->Stop(); }); });
     const auto zoomBy = [this](int direction) {
         withActive([direction](frmBrowser *w) {
-            const QList<int> &steps = zoomSteps();
-            int index = int(steps.indexOf(w->ZoomFactor));
-            if (index < 0)
-                index = 0;
-            index = direction == 0 ? 0 : qBound(0, index + direction, int(steps.size() - 1));
-            w->SetZoomFactor(steps.at(index));
+            w->SetZoomFactor(ZoomSteps::next(w->ZoomFactor, direction));
         });
     };
     shortcut(QStringLiteral("key_zoomIn"),

@@ -41,6 +41,9 @@ frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddres
         entry->setShortcuts({});
     wireBrowser(window, sub);
     sub->show();
+    // The first window takes the whole client area; the arrangements place the rest.
+    if (m_browsers.size() == 1 && !sub->isMaximized() && !m_mdi->viewport()->size().isEmpty())
+        sub->setGeometry(m_mdi->viewport()->rect());
     ++m_openWindowCount;
     m_menus->syncEnabled();
     emit windowsChanged();

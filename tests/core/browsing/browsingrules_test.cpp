@@ -2,6 +2,7 @@
 #include "core/browsing/linkstoopen.h"
 #include "core/browsing/newwindowpolicy.h"
 #include "core/browsing/usercommand.h"
+#include "core/browsing/zoomsteps.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -186,6 +187,17 @@ private slots:
             loaded.AllowedSites, (QSet<QString> {u"a.example"_s, u"b.example"_s, u"c.example"_s}));
         QVERIFY(loaded.allowsSite(QUrl(u"http://C.example:8080/x"_s)));
         QVERIFY(!loaded.allowsSite(QUrl(u"file:///tmp/x.html"_s)));
+    }
+
+    void zoomKeysStepBelowAHundredAndStopAtTheEnds()
+    {
+        const QList<QList<int>> rows = {// current, direction, next
+            {100, -1, 90}, {90, -1, 80}, {67, -1, 50}, {50, -1, 50}, {90, 1, 100}, {100, 1, 125},
+            {300, 1, 350}, {400, 1, 400}, {110, -1, 100}, {110, 1, 125}, {33, 1, 50},
+            {250, 0, 100}};
+        for (const QList<int> &row : rows)
+            QCOMPARE(ZoomSteps::next(row.at(0), row.at(1)), row.at(2));
+        QVERIFY(ZoomSteps::keySteps().size() == ZoomSteps::menuSteps().size() + 5);
     }
 
     void sizingNeedsItsSwitchAndANormalWindow()
