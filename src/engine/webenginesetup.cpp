@@ -1,5 +1,6 @@
 #include "engine/webenginesetup.h"
 
+#include "core/base/uitexts.h"
 #include "engine/generatedpages.h"
 
 #include <QBuffer>
@@ -30,7 +31,9 @@ public:
         const QUrl url = job->requestUrl();
         QByteArray body;
         if (url.host() == u"welcome") {
-            QFile file(QStringLiteral(":/ui/pages/welcome.html"));
+            QFile file(UiTexts::language() == UiTexts::Language::German
+                    ? QStringLiteral(":/ui/pages/welcome.html")
+                    : QStringLiteral(":/ui/pages/welcome-en.html"));
             if (file.open(QIODevice::ReadOnly))
                 body = file.readAll();
         } else if (url.host() == u"page") {

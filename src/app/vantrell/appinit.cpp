@@ -24,6 +24,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <QLocale>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QScreen>
@@ -93,13 +94,19 @@ int Main(int argc, char *argv[])
     const QString dataFolder = AppInfo::dataFolderPath();
     AppInfo::ensureDataFolder(dataFolder);
     UiTexts::load(UiTexts::languageForLocale());
-    // Qt's own texts (key names in menus, standard buttons) in the program's language,
-    // where they are installed.
+    // Qt's own texts (key names in menus, dialogs, standard buttons, the page's context
+    // menu) in the program's language, where they are installed; the engine takes its
+    // language from the default locale, so pages see the same one.
+    const bool german = UiTexts::language() == UiTexts::Language::German;
+    QLocale::setDefault(german ? QLocale(QLocale::German, QLocale::Germany)
+                               : QLocale(QLocale::English, QLocale::UnitedStates));
     QTranslator qtTexts;
-    if (UiTexts::language() == UiTexts::Language::German
-        && qtTexts.load(
-            QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QTranslator engineTexts;
+    const QString translations = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (german && qtTexts.load(QStringLiteral("qtbase_de"), translations))
         QApplication::installTranslator(&qtTexts);
+    if (german && engineTexts.load(QStringLiteral("qtwebengine_de"), translations))
+        QApplication::installTranslator(&engineTexts);
 
     const QStringList arguments = commandLineArguments(app.arguments().mid(1));
     const QString rawLine = CommandLine::rawLine(arguments);

@@ -32,3 +32,11 @@ QString FeedList::GetServerStr(const QString &url)
             QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment)
         .toString();
 }
+
+QString FeedList::addressToOpen(const QString &listed, const QString &pageUrl)
+{
+    const QUrl written(listed.trimmed());
+    if (!written.scheme().isEmpty() || pageUrl.isEmpty())
+        return listed;
+    return QUrl(pageUrl).resolved(written).toString();
+}

@@ -28,6 +28,9 @@ public:
     // Scheme and host (and a port written in the address) of an address, without a
     // trailing slash: "http://example.org:8080" for "http://example.org:8080/a/b?c".
     static QString GetServerStr(const QString &url);
+    // The list keeps a relative address as the page wrote it; opening it resolves it
+    // against the page, so "feed.xml" is not taken for a host of that name.
+    static QString addressToOpen(const QString &listed, const QString &pageUrl);
 
 private:
     QList<Entry> m_entries;

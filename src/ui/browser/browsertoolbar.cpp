@@ -234,7 +234,7 @@ void BrowserToolbar::menuClick(QAction *entry)
     } else if (key == u"DocSearch") {
         w->showFindBar();
     } else if (key == FeedEntryKey) {
-        w->LoadFeed(entry->data().toString());
+        w->LoadFeed(FeedList::addressToOpen(entry->data().toString(), w->LocationURL()));
     } else if (key == u"Browse") {
         const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
         const QString folder = QFileDialog::getExistingDirectory(

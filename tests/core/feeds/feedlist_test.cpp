@@ -32,6 +32,16 @@ private slots:
         QCOMPARE(FeedList::GetServerStr(u"not an address"_s), QString());
     }
 
+    void relativeAddressesOpenAgainstThePage()
+    {
+        const QString page = u"http://example.org/blog/post.html"_s;
+        QCOMPARE(
+            FeedList::addressToOpen(u"feed.xml"_s, page), u"http://example.org/blog/feed.xml"_s);
+        QCOMPARE(FeedList::addressToOpen(u"../rss"_s, page), u"http://example.org/rss"_s);
+        QCOMPARE(FeedList::addressToOpen(u"https://a.example/f"_s, page), u"https://a.example/f"_s);
+        QCOMPARE(FeedList::addressToOpen(u"feed.xml"_s, QString()), u"feed.xml"_s);
+    }
+
     void keepsRssAndXmlLinksInDocumentOrder()
     {
         FeedList feeds;

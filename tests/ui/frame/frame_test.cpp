@@ -1,4 +1,5 @@
 #include "core/base/appinfo.h"
+#include "core/base/uitexts.h"
 #include "core/browsing/linkstoopen.h"
 #include "core/browsing/usercommand.h"
 #include "core/model/book.h"
@@ -25,6 +26,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyle>
@@ -390,6 +392,43 @@ private slots:
         QCOMPARE(WindowSets::openLayoutFile(frame, path, &problem), 0);
         QVERIFY(problem.contains(u".bad-"_s));
         QVERIFY(!QFile::exists(path));
+    }
+
+    // The German captions are given as they are, clashes included; the English ones are
+    // ours and have none.
+    void menuMnemonicsAreUniqueInEnglishAndTooltipsPlainInBothLanguages()
+    {
+        QStringList clashes;
+        for (const auto language : {UiTexts::Language::German, UiTexts::Language::English}) {
+            UiTexts::load(language);
+            MDIForm1 frame;
+            QList<QMenu *> menus;
+            for (QAction *top : frame.menuBar()->actions())
+                menus.append(top->menu());
+            for (qsizetype i = 0; i < menus.size(); ++i) {
+                for (const QAction *entry :
+                    menus.at(i) ? menus.at(i)->actions() : QList<QAction *> {})
+                    if (entry->menu())
+                        menus.append(entry->menu());
+            }
+            for (const QMenu *menu : menus) {
+                QHash<QChar, QString> taken;
+                for (const QAction *entry : menu ? menu->actions() : QList<QAction *> {}) {
+                    if (entry->toolTip().contains(QRegularExpression(u"(^|[^&])&[^&]"_s)))
+                        clashes.append(u"tooltip "_s + entry->toolTip());
+                    const qsizetype at = entry->text().indexOf(QRegularExpression(u"&[^&]"_s));
+                    if (entry->isSeparator() || at < 0 || language == UiTexts::Language::German)
+                        continue;
+                    const QChar key = entry->text().at(at + 1).toLower();
+                    if (taken.contains(key))
+                        clashes.append(
+                            menu->title() + u": "_s + taken.value(key) + u" / "_s + entry->text());
+                    taken.insert(key, entry->text());
+                }
+            }
+        }
+        UiTexts::load(UiTexts::Language::German);
+        QVERIFY2(clashes.isEmpty(), qPrintable(clashes.join(u"\n"_s)));
     }
 
     void pageWindowsFollowTheSwitches()
