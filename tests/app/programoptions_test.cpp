@@ -31,7 +31,10 @@ private:
         process.start(QString::fromUtf8(program), {argument});
         if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit)
             return {};
-        return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput())};
+        // Output only counts from a program that ended well.
+        return {process.exitCode(),
+            process.exitCode() == 0 ? QString::fromLocal8Bit(process.readAllStandardOutput())
+                                    : QString()};
     }
 
 private slots:
@@ -39,21 +42,15 @@ private slots:
     {
         const QString version = AppInfo::versionString();
         for (const QString &option : {u"--version"_s, u"-v"_s}) {
-            const Run browser = run(VANTRELL_APP_PATH, option);
-            QCOMPARE(browser.exitCode, 0);
-            QCOMPARE(browser.out, u"Vantrell "_s + version + u'\n');
-            const Run tool = run(VANTRELL_TOOL_PATH, option);
-            QCOMPARE(tool.exitCode, 0);
-            QCOMPARE(tool.out, u"vantrell-tool "_s + version + u'\n');
+            QCOMPARE(run(VANTRELL_APP_PATH, option).out, u"Vantrell "_s + version + u'\n');
+            QCOMPARE(run(VANTRELL_TOOL_PATH, option).out, u"vantrell-tool "_s + version + u'\n');
         }
         const Run browser = run(VANTRELL_APP_PATH, u"--help"_s);
-        QCOMPARE(browser.exitCode, 0);
-        for (const QString &part : {u"Usage: "_s, u"[address ...]"_s, u"--version"_s})
-            QVERIFY2(browser.out.contains(part), qPrintable(browser.out));
         const Run tool = run(VANTRELL_TOOL_PATH, u"-h"_s);
-        QCOMPARE(tool.exitCode, 0);
-        for (const QString &part : {u"--data-dir <dir>"_s, u"bookmarks list"_s})
-            QVERIFY2(tool.out.contains(part), qPrintable(tool.out));
+        QCOMPARE(browser.exitCode + tool.exitCode, 0);
+        QVERIFY2(browser.out.contains(u"[options] [address ...]"_s), qPrintable(browser.out));
+        QVERIFY2(tool.out.contains(u"--data-dir <dir>"_s) && tool.out.contains(u"bookmarks list"_s),
+            qPrintable(tool.out));
     }
 
     void onlyHelpAndVersionAreOptions()

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -18,34 +19,23 @@ private:
 
     QString path(const QString &name) const { return m_home.filePath(name); }
 
-    static void write(const QString &file, const QByteArray &bytes)
+    void write(const QString &name, const QByteArray &bytes) const
     {
-        QDir().mkpath(QFileInfo(file).absolutePath());
-        QFile out(file);
+        QDir().mkpath(QFileInfo(path(name)).absolutePath());
+        QFile out(path(name));
         QVERIFY(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size());
     }
 
-    // The default per type as the user's mimeapps.list has it.
+    // The default of a type as the user's mimeapps.list has it (xdg-mime writes only
+    // the [Default Applications] group there).
     QString userDefault(const QString &type) const
     {
         QFile list(path(u"config/mimeapps.list"_s));
-        if (!list.open(QIODevice::ReadOnly))
-            return QString();
-        bool inDefaults = false;
-        for (const QByteArray &line : list.readAll().split('\n')) {
-            if (line.startsWith('['))
-                inDefaults = line.trimmed() == "[Default Applications]";
-            else if (inDefaults && line.startsWith((type + u'=').toUtf8()))
-                return QString::fromUtf8(line.mid(type.size() + 1)).remove(u';').trimmed();
-        }
-        return QString();
-    }
-
-    void installDesktopFile(const QString &id, const QByteArray &types)
-    {
-        write(path(u"data/applications/"_s + id),
-            "[Desktop Entry]\nType=Application\nName=X\nExec=/bin/true %U\nMimeType=" + types
-                + "\n");
+        const QRegularExpression line(u'^' + QRegularExpression::escape(type) + u"=([^;\n]*)"_s,
+            QRegularExpression::MultilineOption);
+        return list.open(QIODevice::ReadOnly)
+            ? line.match(QString::fromUtf8(list.readAll())).captured(1)
+            : QString();
     }
 
 private slots:
@@ -69,10 +59,12 @@ private slots:
         QCOMPARE(browser.makeDefault().outcome, DefaultBrowser::Outcome::DesktopFileMissing);
         QVERIFY(!QFile::exists(browser.recordPath()));
 
-        installDesktopFile(
-            u"vantrell.desktop"_s, "x-scheme-handler/http;x-scheme-handler/https;text/html;");
-        installDesktopFile(u"other.desktop"_s, "x-scheme-handler/http;text/html;");
-        write(path(u"config/mimeapps.list"_s),
+        const QByteArray entry = "[Desktop Entry]\nType=Application\nName=X\nExec=true %U\n";
+        write(u"data/applications/vantrell.desktop"_s,
+            entry + "MimeType=x-scheme-handler/http;x-scheme-handler/https;text/html;\n");
+        write(u"data/applications/other.desktop"_s,
+            entry + "MimeType=x-scheme-handler/http;text/html;\n");
+        write(u"config/mimeapps.list"_s,
             "[Default Applications]\nx-scheme-handler/http=other.desktop\n"
             "text/html=other.desktop\n");
         QVERIFY(!browser.isDefault());
