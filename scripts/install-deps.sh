@@ -14,6 +14,7 @@ xvfb xauth xdg-utils libglib2.0-bin
 fonts-dejavu-core fonts-liberation2
 qt6-multimedia-dev dovecot-pop3d
 qt6-translations-l10n
+appstream desktop-file-utils librsvg2-bin dpkg-dev file man-db
 "
 
 missing=""

@@ -1,8 +1,9 @@
 #!/bin/sh
 # Installs what is missing, builds everything with warnings as errors and runs every
-# test; kills the tool 300 times while it saves; builds the headless core with the
-# address and undefined-behaviour sanitizers and runs its tests again; last, runs every
-# fuzz harness for 20 seconds (VANTRELL_SKIP_FUZZ=1 leaves that out).
+# test; kills the tool 300 times while it saves; builds and checks the Debian package;
+# builds the headless core with the address and undefined-behaviour sanitizers and runs
+# its tests again; last, runs every fuzz harness for 20 seconds (VANTRELL_SKIP_FUZZ=1
+# leaves that out).
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 "$top/scripts/install-deps.sh"
@@ -18,6 +19,8 @@ cmake --build "$top/build-test" -j "$jobs"
 ctest --test-dir "$top/build-test" --output-on-failure -j "$jobs"
 # The tool killed 300 times while it saves: no data file may be left torn.
 "$top/build-test/bench/killsafety/killSafety" 300
+# The Debian package, made from the debug tree just built (stripped, so it stays quick).
+"$top/tests/checks/install.sh" "$top/build-test" --deb
 
 cmake -S "$top" -B "$top/build-asan" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTRELL_WERROR=ON \
     -DVANTRELL_CORE_ONLY=ON -DVANTRELL_SANITIZE=ON >/dev/null

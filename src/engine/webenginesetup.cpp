@@ -12,6 +12,7 @@
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
 #include <QWebEngineUrlSchemeHandler>
+#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
 static void initPageResources()
 {
@@ -127,6 +128,11 @@ QWebEngineProfile *profile(const QString &dataFolder)
 QWebEngineProfile *profile()
 {
     return sharedProfile() ? sharedProfile() : QWebEngineProfile::defaultProfile();
+}
+
+QString chromiumVersion()
+{
+    return QString::fromLatin1(qWebEngineChromiumVersion());
 }
 
 } // namespace WebEngineSetup

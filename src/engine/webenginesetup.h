@@ -17,4 +17,7 @@ QWebEngineProfile *profile();
 // The program's own scheme: vantrell://welcome/ is the start page that ships with it.
 QString schemeName();
 
+// The version of Chromium inside the engine, e.g. "102.0.5005.177", for the about box.
+QString chromiumVersion();
+
 } // namespace WebEngineSetup

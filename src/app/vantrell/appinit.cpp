@@ -3,6 +3,7 @@
 #include "core/base/appinfo.h"
 #include "core/base/commandline.h"
 #include "core/base/feedmark.h"
+#include "core/base/programoptions.h"
 #include "core/base/quitsignals.h"
 #include "core/base/singleinstance.h"
 #include "core/base/uitexts.h"
@@ -31,6 +32,7 @@
 #include <QSessionManager>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTextStream>
 #include <QTimer>
 #include <QTranslator>
 
@@ -77,12 +79,34 @@ void runStartOption(MDIForm1 &frame, const QString &dataFolder)
         frame.setStatusText(problem);
 }
 
+int answerOnTerminal(int argc, char *argv[], ProgramOptions::Request request)
+{
+    QCoreApplication app(argc, argv);
+    QTextStream out(stdout);
+    if (request == ProgramOptions::Request::Version) {
+        out << ProgramOptions::versionLine(AppInfo::applicationTitle()) << Qt::endl;
+        return 0;
+    }
+    out << ProgramOptions::helpText(
+        QStringLiteral("A web browser that shows many pages at once, each in a window of\n"
+                       "its own inside one main frame.\n\n"
+                       "The arguments, joined by blanks, name one web address or file to\n"
+                       "open. When Vantrell is running already, it opens it there."),
+        QStringLiteral("address"), QStringLiteral("A web address or a file to open."));
+    return 0;
+}
+
 } // namespace
 
 namespace AppInit {
 
 int Main(int argc, char *argv[])
 {
+    // --help and --version answer on the terminal, without a display.
+    const auto request = ProgramOptions::requestOf(ProgramOptions::fromMain(argc, argv));
+    if (request != ProgramOptions::Request::Run)
+        return answerOnTerminal(argc, argv, request);
+
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     WebEngineSetup::registerSchemes();
     QApplication app(argc, argv);

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace AppInfo {
@@ -55,6 +56,17 @@ bool ensureDataFolder(const QString &path)
 QString programFolder()
 {
     return QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QString();
+}
+
+QString sharedFile(const QString &name, const QString &programFolder)
+{
+    const QString installed = QDir::cleanPath(programFolder + QStringLiteral("/../share/vantrell"));
+    const QStringList folders = {installed, QDir::cleanPath(programFolder)};
+    for (const QString &folder : folders) {
+        if (QFileInfo::exists(folder + u'/' + name))
+            return folder + u'/' + name;
+    }
+    return (QFileInfo(installed).isDir() ? installed : folders.last()) + u'/' + name;
 }
 
 } // namespace AppInfo

@@ -22,4 +22,10 @@ bool ensureDataFolder(const QString &path);
 // The folder of the running executable; empty before the application object exists.
 QString programFolder();
 
+// A file that ships with the program (sample archive, search page, sound). An installed
+// program keeps them in PREFIX/share/vantrell beside its PREFIX/bin; the build tree and
+// an unpacked copy keep them beside the program. The first folder that holds the file
+// wins; when none does, the path names it in the folder where it belongs.
+QString sharedFile(const QString &name, const QString &programFolder = AppInfo::programFolder());
+
 } // namespace AppInfo

@@ -268,7 +268,7 @@ Result readFile(const QString &path, const Limits &limits, const Progress &progr
 
 QString sampleArchivePath()
 {
-    return AppInfo::programFolder() + QStringLiteral("/vtbooksamples.html");
+    return AppInfo::sharedFile(QStringLiteral("vtbooksamples.html"));
 }
 
 QString backupArchive(const QString &dataFolder, QString *error)

@@ -122,7 +122,7 @@ void Prefer::resetToDefaults()
     }
     m_HomeUrl = defaultHomeUrl();
     m_SearchEngine = defaultSearchEngine();
-    m_SearchEngineFile = AppInfo::programFolder() + u'/' + uiText(1506);
+    m_SearchEngineFile = AppInfo::sharedFile(uiText(1506));
     m_StatusBar = 1;
     m_TabStrip = True;
     m_TabButton = True;

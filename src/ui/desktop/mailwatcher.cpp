@@ -1,5 +1,6 @@
 #include "ui/desktop/mailwatcher.h"
 
+#include "core/base/appinfo.h"
 #include "core/base/uitexts.h"
 #include "core/mail/mailchecker.h"
 #include "core/prefs/prefer.h"
@@ -119,7 +120,12 @@ void MailWatcher::playChime()
         return;
     if (!m_chime) {
         m_chime = new QSoundEffect(this);
-        m_chime->setSource(QUrl(QStringLiteral("qrc:/sounds/notify.wav")));
+        // An installed chime may be replaced by the system's owner; the built-in one
+        // serves when there is none.
+        const QString installed = AppInfo::sharedFile(QStringLiteral("notify.wav"));
+        m_chime->setSource(QFileInfo::exists(installed)
+                ? QUrl::fromLocalFile(installed)
+                : QUrl(QStringLiteral("qrc:/sounds/notify.wav")));
     }
     m_chime->play();
 }

@@ -33,7 +33,8 @@ QIcon make()
             QRectF(0, size * 0.12, size, size * 0.9), Qt::AlignCenter, QStringLiteral("V"));
         icon.addPixmap(pixmap);
     }
-    return QIcon::fromTheme(QStringLiteral("web-browser"), icon);
+    return QIcon::fromTheme(
+        QStringLiteral("vantrell"), QIcon::fromTheme(QStringLiteral("web-browser"), icon));
 }
 
 } // namespace AppIcon

@@ -1,11 +1,14 @@
 #include "ui/frame/framemenus.h"
 
+#include "core/base/appinfo.h"
 #include "core/base/uitexts.h"
 #include "core/browsing/zoomsteps.h"
 #include "core/model/layout.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/desktop/defaultbrowserdialog.h"
 #include "ui/desktop/mailprogram.h"
+#include "ui/dialogs/aboutbox.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
 #include "ui/frame/statuspanels.h"
@@ -28,9 +31,9 @@ const QStringList &unavailable()
 {
     static const QStringList names = {QStringLiteral("mn_Einstellungen"),
         QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"), QStringLiteral("mn_Historie"),
-        QStringLiteral("mn_Standardbrowser"), QStringLiteral("mn_PictureList"),
-        QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
-        QStringLiteral("mn_VisitallLinksInFrame"), QStringLiteral("mn_SetRefresh")};
+        QStringLiteral("mn_PictureList"), QStringLiteral("mn_DocStruct"),
+        QStringLiteral("mn_VisitallLinks"), QStringLiteral("mn_VisitallLinksInFrame"),
+        QStringLiteral("mn_SetRefresh")};
     return names;
 }
 } // namespace
@@ -46,6 +49,7 @@ FrameMenus::FrameMenus(MDIForm1 *frame)
     buildViewMenu();
     buildWindowMenu();
     buildActionsMenu();
+    buildHelpMenu();
     buildContextMenus();
     buildShortcuts();
     syncChecks();
@@ -173,7 +177,8 @@ void FrameMenus::buildViewMenu()
             entry->setChecked(w && entry->objectName() == u"mn_Z" + QString::number(w->ZoomFactor));
     });
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Standardbrowser"), 312, nullptr);
+    add(menu, QStringLiteral("mn_Standardbrowser"), 312,
+        [this] { DefaultBrowserDialog::run(m_frame, AppInfo::dataFolderPath()); });
 }
 
 void FrameMenus::buildWindowMenu()
@@ -323,6 +328,15 @@ void FrameMenus::buildActionsMenu()
     add(menu, QStringLiteral("mn_VisitallLinks"), 605, nullptr);
     add(menu, QStringLiteral("mn_VisitallLinksInFrame"), 606, nullptr);
     add(menu, QStringLiteral("mn_SetRefresh"), 600, nullptr);
+}
+
+void FrameMenus::buildHelpMenu()
+{
+    QMenu *menu = m_frame->menuBar()->addMenu(uiText(2070));
+    add(menu, QStringLiteral("mn_About"), 2072, [this] {
+        AboutBox box(AppInfo::dataFolderPath(), m_frame);
+        box.exec();
+    })->setMenuRole(QAction::AboutRole);
 }
 
 void FrameMenus::buildContextMenus()

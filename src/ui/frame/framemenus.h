@@ -48,6 +48,7 @@ private:
     void buildViewMenu();
     void buildWindowMenu();
     void buildActionsMenu();
+    void buildHelpMenu();
     void buildContextMenus();
     void buildShortcuts();
     void refreshWindowList();
