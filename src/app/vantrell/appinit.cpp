@@ -47,20 +47,6 @@ QStringList commandLineArguments(const QStringList &raw)
     return arguments;
 }
 
-void applyPreferences(MDIForm1 &frame)
-{
-    const Prefer &p = prefer();
-    frame.statusBar()->setVisible(p.StatusBar() != 0);
-    frame.AddressBarDefault = p.Adresszeile() != 0;
-    frame.ToolbarDefault = p.Toolbar() != 0;
-    NewWindowPolicy policy;
-    policy.AllowOpenWin = p.AllowOpenWin() != 0;
-    policy.AllowResizeWin = p.AllowResizeWin() != 0;
-    policy.AllowWinInBack = p.AllowWinInBack() != 0;
-    policy.AllowWinRef = p.AllowWinRef() != 0;
-    frame.setPolicy(policy);
-}
-
 void runStartOption(MDIForm1 &frame, const QString &dataFolder)
 {
     QString problem;
@@ -124,7 +110,6 @@ int Main(int argc, char *argv[])
     WebEngineSetup::profile(dataFolder);
     MDIForm1 frame;
     frame.setCaption(AppInfo::frameCaption());
-    applyPreferences(frame);
     auto *downloads = new Downloads(WebEngineSetup::profile(), &frame);
     QObject::connect(downloads, &Downloads::statusText, &frame, &MDIForm1::setStatusText);
     QObject::connect(
@@ -134,8 +119,7 @@ int Main(int argc, char *argv[])
         Twips::toPixels(prefer().MdiHeight(), &frame));
     if (prefer().MdiState() == 2)
         frame.setWindowState(Qt::WindowMaximized);
-    frame.SetTabAlign(prefer().TabAlign());
-    frame.SetTabButton(prefer().TabButton() != 0);
+    frame.ApplyPreferences();
 
     // The first window: the command line's address, the start page, or the start
     // page rendered as a feed.
@@ -169,6 +153,7 @@ int Main(int argc, char *argv[])
     QObject::connect(panels, &StatusPanels::mailNoticeClicked, mailProgram, &QAction::trigger);
     QObject::connect(mailProgram, &QAction::triggered, mail, &MailWatcher::mailProgramStarted);
     mail->start();
+    QObject::connect(&frame, &MDIForm1::preferencesApplied, mail, &MailWatcher::start);
 
     // The system asking the program to quit closes it as the user would.
     QuitSignals quit;
