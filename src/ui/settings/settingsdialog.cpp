@@ -38,7 +38,10 @@ SettingsDialog::SettingsDialog(
     addPage(SettingsPages::search(m_pages), uiText(2314));
     addPage(SettingsPages::mail(m_pages), uiText(704));
     addPage(SettingsPages::programs(m_pages), uiText(2316));
-    m_pageList->setFixedWidth(m_pageList->sizeHintForColumn(0) + 24);
+    int widest = 0;
+    for (int i = 0; i < m_pageList->count(); ++i)
+        widest = qMax(widest, fontMetrics().horizontalAdvance(m_pageList->item(i)->text()));
+    m_pageList->setFixedWidth(widest + 32);
     connect(m_pageList, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
     m_pageList->setCurrentRow(0);
 

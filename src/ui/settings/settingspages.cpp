@@ -70,15 +70,18 @@ QLineEdit *line(QFormLayout *form, const char *name, int labelId, QWidget *butto
     auto *note = new QLabel(parent);
     note->setObjectName(QLatin1String(name) + QStringLiteral("Note"));
     note->setWordWrap(true);
-    if (button) {
-        auto *row = new QHBoxLayout;
-        row->addWidget(edit, 1);
+    auto *row = new QHBoxLayout;
+    row->addWidget(edit, 1);
+    if (button)
         row->addWidget(button);
+    // Without a label the editor takes the whole row.
+    if (labelId) {
         form->addRow(uiText(labelId), row);
+        form->addRow(QString(), note);
     } else {
-        form->addRow(uiText(labelId), edit);
+        form->addRow(row);
+        form->addRow(note);
     }
-    form->addRow(QString(), note);
     return edit;
 }
 
@@ -106,26 +109,37 @@ QVBoxLayout *layoutOf(QWidget *widget)
 QWidget *start(QWidget *parent, const QString &dataFolder)
 {
     QWidget *widget = page(parent);
-    auto *home = new QGroupBox(uiText(705), widget);
-    auto *homeForm = new QFormLayout(home);
-    auto *useCurrent = new QPushButton(uiText(2320), home);
+    auto *homeForm = new QFormLayout;
+    layoutOf(widget)->addLayout(homeForm);
+    auto *useCurrent = new QPushButton(uiText(2320), widget);
     useCurrent->setObjectName(QStringLiteral("useCurrentPage"));
     line(homeForm, "HomeUrl", 705, useCurrent);
-    homeForm->addRow(QString(), check("HomeTitle", 2321, home));
-    layoutOf(widget)->addWidget(home);
+    homeForm->addRow(QString(), check("HomeTitle", 2321, widget));
 
     auto *atStart = new QGroupBox(uiText(709), widget);
-    auto *form = new QFormLayout(atStart);
-    form->addRow(check("StartBrowser", 725, atStart));
+    auto *steps = new QVBoxLayout(atStart);
+    steps->addWidget(check("StartBrowser", 725, atStart));
     QButtonGroup *load = options("LoadOption", atStart);
-    const int optionTexts[] = {710, 711, 712, 715};
-    for (int option = 0; option < 4; ++option) {
-        auto *radio = new QRadioButton(uiText(optionTexts[option]), atStart);
-        load->addButton(radio, option);
-        form->addRow(radio);
-    }
-    line(form, "Layout", 712, nullptr, uiText(1562) + QStringLiteral(" (*.wlt)"));
-    auto *folders = new QComboBox(atStart);
+    // The layout file and the folder are chosen below their option, which enables them.
+    const auto option = [&](int code, int text) -> QFormLayout * {
+        auto *radio = new QRadioButton(uiText(text), atStart);
+        load->addButton(radio, code);
+        steps->addWidget(radio);
+        if (code < 2)
+            return nullptr;
+        auto *choice = new QWidget(atStart);
+        choice->setEnabled(false);
+        QObject::connect(radio, &QRadioButton::toggled, choice, &QWidget::setEnabled);
+        auto *form = new QFormLayout(choice);
+        form->setContentsMargins(24, 0, 0, 0);
+        steps->addWidget(choice);
+        return form;
+    };
+    option(0, 710);
+    option(1, 711);
+    line(option(2, 712), "Layout", 0, nullptr, uiText(1562) + QStringLiteral(" (*.wlt)"));
+    QFormLayout *folderForm = option(3, 715);
+    auto *folders = new QComboBox(folderForm->parentWidget());
     folders->setObjectName(QStringLiteral("GroupFile"));
     Book book(dataFolder);
     // Only an archive that exists is read: the dialog must not create one.
@@ -135,7 +149,7 @@ QWidget *start(QWidget *parent, const QString &dataFolder)
     }
     if (folders->count() == 0)
         folders->setPlaceholderText(uiText(2322));
-    form->addRow(uiText(715), folders);
+    folderForm->addRow(folders);
     layoutOf(widget)->addWidget(atStart);
     layoutOf(widget)->addStretch();
     return widget;
@@ -196,6 +210,7 @@ QWidget *history(QWidget *parent)
     QWidget *widget = page(parent);
     auto *form = new QFormLayout;
     auto *rows = new QSpinBox(widget);
+    rows->setMaximumWidth(rows->fontMetrics().horizontalAdvance(u'0') * 12);
     rows->setObjectName(QStringLiteral("HistoryRows"));
     const PrefRules::Range range = *PrefRules::rangeOf(QStringLiteral("HistoryRows"));
     rows->setRange(range.minimum, range.maximum);
@@ -248,6 +263,7 @@ QWidget *mail(QWidget *parent)
 
     auto *form = new QFormLayout;
     auto *interval = new QSpinBox(widget);
+    interval->setMaximumWidth(interval->fontMetrics().horizontalAdvance(u'0') * 12);
     interval->setObjectName(QStringLiteral("CheckIntervall"));
     const PrefRules::Range range = *PrefRules::rangeOf(QStringLiteral("CheckIntervall"));
     interval->setRange(range.minimum, range.maximum);
