@@ -11,6 +11,7 @@
 #include "engine/webenginesetup.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/desktop/mailwatcher.h"
+#include "ui/desktop/passwordstore.h"
 #include "ui/frame/appicon.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
@@ -152,7 +153,9 @@ int Main(int argc, char *argv[])
     QObject::connect(mail, &MailWatcher::mailNotice, panels, &StatusPanels::setMailNotice);
     QObject::connect(panels, &StatusPanels::mailNoticeClicked, mailProgram, &QAction::trigger);
     QObject::connect(mailProgram, &QAction::triggered, mail, &MailWatcher::mailProgramStarted);
-    mail->start();
+    // The passwords may come from the desktop's secret store: the check starts once
+    // they are there.
+    PasswordStore::load(prefer(), mail, [mail] { mail->start(); });
     QObject::connect(&frame, &MDIForm1::preferencesApplied, mail, &MailWatcher::start);
 
     // The system asking the program to quit closes it as the user would.

@@ -4,8 +4,10 @@
 #include "core/base/uitexts.h"
 #include "core/prefs/prefer.h"
 #include "ui/desktop/mailprogram.h"
+#include "ui/desktop/passwordstore.h"
 #include "ui/settings/settingspages.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,6 +16,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -86,6 +90,7 @@ SettingsDialog::SettingsDialog(
             ->setChecked(
                 FeedMark::isFeedTitle(m_homeTitle) || FeedMark::isFeedStartPageTitle(m_homeTitle));
     });
+    findChild<QLabel *>(QStringLiteral("passwordStorage"))->setText(PasswordStore::whereText());
     load();
 }
 
@@ -100,11 +105,6 @@ void SettingsDialog::setCurrentPage(const QString &address, const QString &homeT
     m_currentAddress = address;
     m_currentTitle = homeTitle;
     findChild<QPushButton *>(QStringLiteral("useCurrentPage"))->setEnabled(!address.isEmpty());
-}
-
-void SettingsDialog::setPasswordStorageText(const QString &text)
-{
-    findChild<QLabel *>(QStringLiteral("passwordStorage"))->setText(text);
 }
 
 QString SettingsDialog::message() const
@@ -236,9 +236,19 @@ bool SettingsDialog::apply()
         return false;
     }
     store();
+    // With a secret store the file gets no password; should the store refuse one
+    // later, the file takes them back and the user is told.
+    const bool useStore = PasswordStore::isAvailable();
+    m_prefs.setPasswordsInSecretStore(useStore);
     if (!m_prefs.SavePref(m_prefPath)) {
         m_message->setText(uiText(2351).arg(m_prefs.lastError()));
         return false;
+    }
+    if (useStore) {
+        QWidget *owner = parentWidget();
+        PasswordStore::save(m_prefs, m_prefPath, owner ? static_cast<QObject *>(owner) : qApp,
+            [owner = QPointer<QWidget>(owner)](
+                const QString &problem) { QMessageBox::warning(owner, uiText(1113), problem); });
     }
     QStringList problems;
     for (int account : m_prefs.unstorablePasswords())

@@ -26,8 +26,6 @@ public:
     // The page "use current page" takes: its address and the home title that goes
     // with it (the feed mark when the window shows a feed).
     void setCurrentPage(const QString &address, const QString &homeTitle);
-    // Says where the mail passwords are kept.
-    void setPasswordStorageText(const QString &text);
 
     // Stores every editor into the preferences and saves them. False, with the reason
     // shown in the dialog, when a value is refused or the file cannot be written.

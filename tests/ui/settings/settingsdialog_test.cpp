@@ -7,6 +7,7 @@
 #include "localhttpserver.h"
 #include "scriptedpop3server.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/desktop/passwordstore.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/settings/mailaccountpage.h"
@@ -71,6 +72,8 @@ private:
 private slots:
     void initTestCase()
     {
+        // No secret service: the tests must never write to a real one.
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
         // An archive with two folders for the start page's folder chooser.
         Book book(m_data);
         book.LoadAllThema();
@@ -85,6 +88,7 @@ private slots:
     {
         EngineTest::failOnWarnings();
         QFile::remove(m_prefPath);
+        m_prefs.setPasswordsInSecretStore(false);
         QCOMPARE(m_prefs.LoadPref(m_prefPath), Prefer::LoadResult::CreatedFresh);
     }
 
@@ -246,6 +250,25 @@ private slots:
             back.LoadPref(m_prefPath);
             QCOMPARE(back.valueText(*Prefer::field(field)).trimmed(), input);
         }
+    }
+
+    void withoutSecretServiceThePasswordsStayInTheFile()
+    {
+        QVERIFY(!PasswordStore::isAvailable());
+        SettingsDialog dialog(m_prefs, m_prefPath, m_data);
+        QCOMPARE(dialog.findChild<QLabel *>(u"passwordStorage"_s)->text(), uiText(2347));
+        setEditor(dialog, u"Pwd1"_s, u"ab"_s);
+        QVERIFY(dialog.apply());
+        // Scrambled in the file: a and b are stored as R and q.
+        QCOMPARE(fileBytes(m_prefPath).mid(Prefer::field(u"Pwd1"_s)->offset, 3), "Rq ");
+        bool loaded = false;
+        PasswordStore::load(m_prefs, this, [&loaded] { loaded = true; });
+        QVERIFY(loaded && !m_prefs.passwordsInSecretStore());
+        QCOMPARE(m_prefs.Pwd1(), u"ab"_s);
+        // Kept in the store, a password leaves its field in the file blank.
+        m_prefs.setPasswordsInSecretStore(true);
+        QCOMPARE(m_prefs.toRecord().mid(Prefer::field(u"Pwd1"_s)->offset, 3), "   ");
+        QCOMPARE(m_prefs.Pwd1(), u"ab"_s);
     }
 
     void numbersStayInTheirRange()
