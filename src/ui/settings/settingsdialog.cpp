@@ -24,6 +24,15 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+namespace {
+// A home title that opens the start page as a feed, by the Home button's test or by
+// the start-up's.
+bool isFeedHome(const QString &homeTitle)
+{
+    return FeedMark::isFeedTitle(homeTitle) || FeedMark::isFeedStartPageTitle(homeTitle);
+}
+} // namespace
+
 SettingsDialog::SettingsDialog(
     Prefer &preferences, const QString &prefPath, const QString &dataFolder, QWidget *parent)
     : QDialog(parent)
@@ -86,9 +95,7 @@ SettingsDialog::SettingsDialog(
     connect(useCurrent, &QPushButton::clicked, this, [this] {
         findChild<QLineEdit *>(QStringLiteral("HomeUrl"))->setText(m_currentAddress);
         m_homeTitle = m_currentTitle;
-        findChild<QCheckBox *>(QStringLiteral("HomeTitle"))
-            ->setChecked(
-                FeedMark::isFeedTitle(m_homeTitle) || FeedMark::isFeedStartPageTitle(m_homeTitle));
+        findChild<QCheckBox *>(QStringLiteral("HomeTitle"))->setChecked(isFeedHome(m_homeTitle));
     });
     findChild<QLabel *>(QStringLiteral("passwordStorage"))->setText(PasswordStore::whereText());
     load();
@@ -169,9 +176,7 @@ void SettingsDialog::load()
         if (auto *edit = qobject_cast<QLineEdit *>(editor)) {
             edit->setText(value.trimmed());
         } else if (auto *box = qobject_cast<QCheckBox *>(editor)) {
-            box->setChecked(f.number
-                    ? value.toInt() != 0
-                    : FeedMark::isFeedTitle(value) || FeedMark::isFeedStartPageTitle(value));
+            box->setChecked(f.number ? value.toInt() != 0 : isFeedHome(value));
         } else if (auto *spin = qobject_cast<QSpinBox *>(editor)) {
             // A stored number outside the range shows as the nearest one offered.
             spin->setValue(value.toInt());
@@ -203,8 +208,7 @@ void SettingsDialog::store()
                 else if (value.toInt() == 0)
                     value = QStringLiteral("-1");
             } else {
-                const bool wasFeed = FeedMark::isFeedTitle(m_homeTitle)
-                    || FeedMark::isFeedStartPageTitle(m_homeTitle);
+                const bool wasFeed = isFeedHome(m_homeTitle);
                 const QString home = findChild<QLineEdit *>(QStringLiteral("HomeUrl"))->text();
                 value = box->isChecked() == wasFeed ? m_homeTitle
                     : box->isChecked()              ? FeedMark::markedTitle(home.trimmed())
@@ -226,6 +230,7 @@ void SettingsDialog::store()
         }
         m_prefs.setValueText(f, value);
     }
+    m_homeTitle = m_prefs.HomeTitle();
 }
 
 bool SettingsDialog::apply()
