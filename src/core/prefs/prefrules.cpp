@@ -12,6 +12,7 @@ namespace PrefRules {
 
 std::optional<Range> rangeOf(const QString &field)
 {
+    // The interval offered is the one the mail check keeps to.
     if (field == u"CheckIntervall")
         return Range {MailSchedule::clampedInterval(-32768), MailSchedule::clampedInterval(32767)};
     if (field == u"HistoryRows")

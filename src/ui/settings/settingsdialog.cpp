@@ -79,6 +79,7 @@ SettingsDialog::SettingsDialog(
     layout->addLayout(body, 1);
     layout->addWidget(m_message);
     layout->addWidget(buttons);
+    resize(sizeHint().expandedTo(QSize(720, 520)));
 
     using namespace PrefRules;
     watch(QStringLiteral("HomeUrl"), checkAddress);
