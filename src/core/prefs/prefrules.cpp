@@ -17,17 +17,7 @@ std::optional<Range> rangeOf(const QString &field)
         return Range {MailSchedule::clampedInterval(-32768), MailSchedule::clampedInterval(32767)};
     if (field == u"HistoryRows")
         return Range {1, 5000};
-    if (field == u"LoadOption")
-        return Range {0, 3};
     return std::nullopt;
-}
-
-Check checkNumber(const QString &field, int value)
-{
-    const std::optional<Range> range = rangeOf(field);
-    if (range && (value < range->minimum || value > range->maximum))
-        return Check::refused(uiText(2302).arg(range->minimum).arg(range->maximum));
-    return {};
 }
 
 Check checkAddress(const QString &text)
@@ -95,13 +85,6 @@ Check checkMailServer(const QString &text)
         break;
     }
     return {};
-}
-
-const QList<QString> &frameOwnedFields()
-{
-    static const QList<QString> names
-        = {QStringLiteral("MdiWidth"), QStringLiteral("MdiHeight"), QStringLiteral("MdiState")};
-    return names;
 }
 
 } // namespace PrefRules

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QList>
 #include <QString>
 
 #include <optional>
@@ -27,7 +26,6 @@ struct Range
 
 // The numbers the dialog offers for a number preference, when it limits them.
 std::optional<Range> rangeOf(const QString &field);
-Check checkNumber(const QString &field, int value);
 
 // A page address: one with a scheme ("https://…", "about:blank") or an absolute path.
 Check checkAddress(const QString &text);
@@ -40,9 +38,5 @@ Check checkProgram(const QString &program);
 // A mail server in one of the forms the mail check knows; says when the password
 // would travel in clear.
 Check checkMailServer(const QString &text);
-
-// The preferences the dialog leaves alone: the frame's own size and state, which the
-// frame stores when it closes.
-const QList<QString> &frameOwnedFields();
 
 } // namespace PrefRules

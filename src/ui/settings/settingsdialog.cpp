@@ -238,7 +238,7 @@ bool SettingsDialog::apply()
 {
     m_message->clear();
     if (hasRefusal()) {
-        m_message->setText(uiText(2309));
+        m_message->setText(uiText(739) + u' ' + uiText(2309));
         return false;
     }
     store();

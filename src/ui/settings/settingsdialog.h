@@ -14,7 +14,8 @@ class QStackedWidget;
 // Every preference on pages a user understands. The editors start with the values of
 // the preferences; only OK or Apply stores them and saves the file, so Cancel leaves
 // everything as it was. Values are checked as they are typed: a refused one keeps the
-// dialog open, a warned one is stored as written.
+// dialog open, a warned one is stored as written. The frame's own size and state are
+// on no page: the frame stores them itself when it closes.
 class SettingsDialog final : public QDialog
 {
     Q_OBJECT
