@@ -58,6 +58,13 @@ Check checkFile(const QString &path)
     return Check::warning(uiText(2303).arg(file));
 }
 
+Check checkLayoutFile(const QString &path, bool chosen)
+{
+    if (chosen && path.trimmed().isEmpty())
+        return Check::refused(uiText(2354));
+    return checkFile(path);
+}
+
 Check checkProgram(const QString &program)
 {
     if (program.isEmpty() || !QStandardPaths::findExecutable(program).isEmpty())
@@ -68,11 +75,11 @@ Check checkProgram(const QString &program)
     return Check::warning(uiText(2304).arg(program));
 }
 
-Check checkMailServer(const QString &text)
+Check checkMailServer(const QString &text, bool checkedRegularly)
 {
     const QString server = text.trimmed();
     if (server.isEmpty())
-        return {};
+        return checkedRegularly ? Check::refused(uiText(2353)) : Check();
     const MailServerAddress address = MailServerAddress::parse(server);
     if (!address.isValid())
         return Check::refused(uiText(2305));

@@ -36,7 +36,9 @@ Check checkFile(const QString &path);
 // The program of the mail program's command line, looked up as the shell would.
 Check checkProgram(const QString &program);
 // A mail server in one of the forms the mail check knows; says when the password
-// would travel in clear.
-Check checkMailServer(const QString &text);
+// would travel in clear. A mailbox checked regularly needs one.
+Check checkMailServer(const QString &text, bool checkedRegularly);
+// The layout file of the start option; the option needs one when it is chosen.
+Check checkLayoutFile(const QString &path, bool chosen);
 
 } // namespace PrefRules

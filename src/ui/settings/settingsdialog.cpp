@@ -85,11 +85,23 @@ SettingsDialog::SettingsDialog(
     watch(QStringLiteral("HomeUrl"), checkAddress);
     watch(QStringLiteral("SearchEngine"), checkSearchTemplate);
     watch(QStringLiteral("SearchEngineFile"), checkFile);
-    watch(QStringLiteral("Layout"), checkFile);
+    QAbstractButton *layoutOption
+        = findChild<QButtonGroup *>(QStringLiteral("LoadOption"))->button(2);
+    watch(
+        QStringLiteral("Layout"),
+        [layoutOption](
+            const QString &text) { return checkLayoutFile(text, layoutOption->isChecked()); },
+        layoutOption);
     watch(QStringLiteral("MailClient"),
         [](const QString &text) { return checkProgram(MailProgram::commandOf(text).value(0)); });
-    for (int account = 1; account <= 4; ++account)
-        watch(QStringLiteral("MailSrv") + QString::number(account), checkMailServer);
+    for (int account = 1; account <= 4; ++account) {
+        const QString n = QString::number(account);
+        auto *enabled = findChild<QCheckBox *>(QStringLiteral("EnableMailCheck") + n);
+        watch(
+            QStringLiteral("MailSrv") + n,
+            [enabled](const QString &text) { return checkMailServer(text, enabled->isChecked()); },
+            enabled);
+    }
 
     auto *useCurrent = findChild<QPushButton *>(QStringLiteral("useCurrentPage"));
     useCurrent->setEnabled(false);
@@ -120,12 +132,15 @@ QString SettingsDialog::message() const
     return m_message->text();
 }
 
-void SettingsDialog::watch(
-    const QString &field, std::function<PrefRules::Check(const QString &)> rule)
+void SettingsDialog::watch(const QString &field,
+    std::function<PrefRules::Check(const QString &)> rule, QAbstractButton *alsoOn)
 {
     auto *edit = findChild<QLineEdit *>(field);
     connect(edit, &QLineEdit::textChanged, this,
         [this, field, rule](const QString &text) { showCheck(field, rule(text)); });
+    if (alsoOn)
+        connect(alsoOn, &QAbstractButton::toggled, this,
+            [this, field, rule, edit] { showCheck(field, rule(edit->text())); });
     showCheck(field, rule(edit->text()));
 }
 

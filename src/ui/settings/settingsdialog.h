@@ -6,6 +6,7 @@
 #include <QHash>
 
 class Prefer;
+class QAbstractButton;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -46,7 +47,9 @@ private:
     void load();
     void store();
     void addPage(QWidget *page, const QString &title);
-    void watch(const QString &field, std::function<PrefRules::Check(const QString &)> rule);
+    // Checks the editor of `field` as it changes, and as `alsoOn` is switched.
+    void watch(const QString &field, std::function<PrefRules::Check(const QString &)> rule,
+        QAbstractButton *alsoOn = nullptr);
     void showCheck(const QString &field, const PrefRules::Check &check);
     bool hasRefusal();
 

@@ -97,6 +97,8 @@ private slots:
         QTest::addColumn<QString>("field");
         QTest::addColumn<QString>("input"); // empty: the dialog has no editor for it
         QTest::addColumn<QString>("stored");
+        // A second field that changes with it: name and value.
+        QTest::addColumn<QStringList>("companion");
         const QHash<QString, QPair<QString, QString>> rows = {
             {u"HomeUrl"_s, {u"https://example.org/start"_s, u"https://example.org/start"_s}},
             // Marked as a feed; the file keeps 20 characters of the title.
@@ -143,7 +145,14 @@ private slots:
             if (row.second.isEmpty())
                 row.second = row.first;
             QVERIFY2(!row.second.isEmpty(), qPrintable(name + u" has no row"_s));
-            QTest::newRow(f.name) << name << row.first << row.second;
+            QStringList companion;
+            if (name == u"Group")
+                companion = QStringList {u"GroupFile"_s, m_secondFolderFile};
+            else if (name == u"GroupFile")
+                companion = QStringList {u"Group"_s, u"Zweiter Ordner"_s};
+            else if (name.startsWith(u"EnableMailCheck")) // checked, it needs a server
+                companion = QStringList {u"MailSrv"_s + account, u"pop3s://mail.example.org"_s};
+            QTest::newRow(f.name) << name << row.first << row.second << companion;
         }
     }
 
@@ -152,12 +161,16 @@ private slots:
         QFETCH(QString, field);
         QFETCH(QString, input);
         QFETCH(QString, stored);
+        QFETCH(QStringList, companion);
         SettingsDialog dialog(m_prefs, m_prefPath, m_data);
         dialog.show();
         if (input.isEmpty())
             QVERIFY2(!dialog.findChild<QObject *>(field), "the frame keeps this one");
         else
             setEditor(dialog, field, input);
+        // A companion with an editor of its own is typed; the others follow the field.
+        if (!companion.isEmpty() && dialog.findChild<QLineEdit *>(companion.first()))
+            setEditor(dialog, companion.first(), companion.last());
         press(dialog, "ok");
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
 
@@ -167,10 +180,12 @@ private slots:
         for (const Prefer::Field &f : Prefer::fields()) {
             const QString name = QLatin1String(f.name);
             const QString value = back.valueText(f).trimmed();
-            // The edited field holds what was typed; every other one its default.
-            if (name == field || (field == u"GroupFile" && name == u"Group"))
-                QCOMPARE(value, name == field ? stored : u"Zweiter Ordner"_s);
-            else if (field != u"Group" || name != u"GroupFile")
+            // The edited fields hold what was typed; every other one its default.
+            if (name == field)
+                QCOMPARE(value, stored);
+            else if (!companion.isEmpty() && name == companion.first())
+                QCOMPARE(value, companion.last());
+            else
                 QVERIFY2(value == defaults.valueText(f).trimmed(), qPrintable(name));
         }
     }
@@ -250,6 +265,22 @@ private slots:
             back.LoadPref(m_prefPath);
             QCOMPARE(back.valueText(*Prefer::field(field)).trimmed(), input);
         }
+    }
+
+    void aChosenOptionNeedsWhatItChooses()
+    {
+        SettingsDialog dialog(m_prefs, m_prefPath, m_data);
+        dialog.show();
+        setEditor(dialog, u"EnableMailCheck3"_s, u"on"_s);
+        setEditor(dialog, u"LoadOption"_s, u"2"_s);
+        QCOMPARE(dialog.checkOf(u"MailSrv3"_s).message, uiText(2353));
+        QCOMPARE(dialog.checkOf(u"Layout"_s).message, uiText(2354));
+        press(dialog, "ok");
+        QVERIFY(dialog.isVisible());
+        setEditor(dialog, u"MailSrv3"_s, u"pop3s://mail.example.org"_s);
+        setEditor(dialog, u"Layout"_s, m_file);
+        press(dialog, "ok");
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
     }
 
     void withoutSecretServiceThePasswordsStayInTheFile()
