@@ -43,14 +43,17 @@ QCheckBox *check(const char *name, int textId, QWidget *parent)
     return box;
 }
 
-// "Browse..." next to a path: the chosen file replaces the text.
+// "Browse..." next to a path: the chosen file replaces the text. A program's path goes
+// into a command line, where a blank in it would split it.
 QPushButton *browse(QWidget *parent, const QString &filter, QLineEdit *target)
 {
     auto *button = new QPushButton(uiText(718), parent);
     QObject::connect(button, &QPushButton::clicked, target, [parent, filter, target] {
         const QString current = target->text().trimmed();
-        const QString path = QFileDialog::getOpenFileName(
+        QString path = QFileDialog::getOpenFileName(
             parent, QString(), QFileInfo(current).absolutePath(), filter);
+        if (filter.isEmpty() && path.contains(u' '))
+            path = u'"' + path + u'"';
         if (!path.isEmpty())
             target->setText(path);
     });
@@ -279,6 +282,7 @@ QWidget *programs(QWidget *parent)
     QWidget *widget = page(parent);
     auto *form = new QFormLayout;
     layoutOf(widget)->addLayout(form);
+    // No filter: any program.
     line(form, "MailClient", 708, nullptr, QString());
     form->addRow(QString(), hint(uiText(2350), widget));
     layoutOf(widget)->addStretch();
