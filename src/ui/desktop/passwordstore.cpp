@@ -35,8 +35,12 @@ struct Pending
     std::function<void()> last;
     void finished()
     {
-        if (--jobs == 0 && last)
-            last();
+        if (--jobs != 0 || !last)
+            return;
+        // `last` holds this object; letting go of it here ends the cycle.
+        const std::function<void()> run = std::move(last);
+        last = nullptr;
+        run();
     }
 };
 
