@@ -12,7 +12,7 @@ libgumbo-dev libgl-dev libxkbcommon-dev openssl clang-format
 clang-14 libclang-rt-14-dev
 xvfb xauth xdg-utils libglib2.0-bin
 fonts-dejavu-core fonts-liberation2
-qt6-multimedia-dev dovecot-pop3d qtkeychain-qt6-dev
+qt6-multimedia-dev dovecot-pop3d qtkeychain-qt6-dev libsecret-1-0
 "
 
 missing=""

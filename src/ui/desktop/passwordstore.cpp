@@ -69,17 +69,52 @@ void write(
     });
     job->start();
 }
-} // namespace
 
-bool isAvailable()
+enum class State { Unknown, Usable, Unusable };
+State g_state = State::Unknown;
+
+// A store that the keychain library speaks to runs on the session bus, or can be
+// started there.
+bool storeOnBus()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface())
         return false;
-    if (bus.interface()->isServiceRegistered(SecretService))
-        return true;
     const QDBusReply<QStringList> startable = bus.interface()->activatableServiceNames();
-    return startable.isValid() && startable.value().contains(SecretService);
+    for (const QString &name : {QStringLiteral("org.freedesktop.secrets"),
+             QStringLiteral("org.kde.kwalletd5"), QStringLiteral("org.kde.kwalletd6")}) {
+        if (bus.interface()->isServiceRegistered(name)
+            || (startable.isValid() && startable.value().contains(name)))
+            return true;
+    }
+    return false;
+}
+} // namespace
+
+bool isAvailable()
+{
+    return g_state == State::Usable;
+}
+
+void probe(QObject *context, const std::function<void(bool)> &done)
+{
+    if (g_state == State::Unknown && !storeOnBus())
+        g_state = State::Unusable;
+    if (g_state != State::Unknown) {
+        done(g_state == State::Usable);
+        return;
+    }
+    // The library knows best whether it can use the store: a look-up of a key that
+    // need not exist tells.
+    auto *read = new QKeychain::ReadPasswordJob(Service);
+    read->setKey(QStringLiteral("probe"));
+    QObject::connect(read, &QKeychain::Job::finished, context, [done](QKeychain::Job *job) {
+        const bool usable
+            = job->error() == QKeychain::NoError || job->error() == QKeychain::EntryNotFound;
+        g_state = usable ? State::Usable : State::Unusable;
+        done(usable);
+    });
+    read->start();
 }
 
 QString whereText()
@@ -87,13 +122,9 @@ QString whereText()
     return uiText(isAvailable() ? 2346 : 2347);
 }
 
-void load(Prefer &preferences, QObject *context, const std::function<void()> &done)
+namespace {
+void readAll(Prefer &preferences, QObject *context, const std::function<void()> &done)
 {
-    if (!isAvailable()) {
-        preferences.setPasswordsInSecretStore(false);
-        done();
-        return;
-    }
     auto pending = std::make_shared<Pending>();
     Prefer *prefs = &preferences;
     pending->jobs = 1; // held until every job has been started
@@ -122,6 +153,20 @@ void load(Prefer &preferences, QObject *context, const std::function<void()> &do
         read->start();
     }
     pending->finished();
+}
+} // namespace
+
+void load(Prefer &preferences, QObject *context, const std::function<void()> &done)
+{
+    Prefer *prefs = &preferences;
+    probe(context, [prefs, context, done](bool usable) {
+        if (usable) {
+            readAll(*prefs, context, done);
+        } else {
+            prefs->setPasswordsInSecretStore(false);
+            done();
+        }
+    });
 }
 
 void save(Prefer &preferences, const QString &prefPath, QObject *context,

@@ -12,13 +12,16 @@ class QObject;
 // file keeps them, as before. The store answers asynchronously; nothing here waits.
 namespace PasswordStore {
 
-// A secret service runs on the session bus, or can be started there.
+// Finds out once whether a store can be used, and tells `done` (with `context` alive).
+// Without a store on the session bus the answer comes at once.
+void probe(QObject *context, const std::function<void(bool)> &done);
+// The answer of the probe; false before it has come.
 bool isAvailable();
 
 // What the settings dialog tells the user about where the passwords are.
 QString whereText();
 
-// Fills the preferences' passwords from the store, moves passwords found only in the
+// Probes, then fills the preferences' passwords from the store, moves passwords found only in the
 // file into it, and then marks the preferences so that the file keeps no password.
 // Calls `done` (with `context` alive) when all is answered; at once without a store.
 void load(Prefer &preferences, QObject *context, const std::function<void()> &done);

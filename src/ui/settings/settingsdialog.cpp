@@ -110,7 +110,9 @@ SettingsDialog::SettingsDialog(
         m_homeTitle = m_currentTitle;
         findChild<QCheckBox *>(QStringLiteral("HomeTitle"))->setChecked(isFeedHome(m_homeTitle));
     });
-    findChild<QLabel *>(QStringLiteral("passwordStorage"))->setText(PasswordStore::whereText());
+    auto *storage = findChild<QLabel *>(QStringLiteral("passwordStorage"));
+    PasswordStore::probe(
+        storage, [storage](bool) { storage->setText(PasswordStore::whereText()); });
     load();
 }
 

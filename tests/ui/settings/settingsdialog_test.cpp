@@ -285,7 +285,9 @@ private slots:
 
     void withoutSecretServiceThePasswordsStayInTheFile()
     {
-        QVERIFY(!PasswordStore::isAvailable());
+        bool usable = true;
+        PasswordStore::probe(this, [&usable](bool answer) { usable = answer; });
+        QVERIFY(!usable && !PasswordStore::isAvailable());
         SettingsDialog dialog(m_prefs, m_prefPath, m_data);
         QCOMPARE(dialog.findChild<QLabel *>(u"passwordStorage"_s)->text(), uiText(2347));
         setEditor(dialog, u"Pwd1"_s, u"ab"_s);
