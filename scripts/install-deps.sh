@@ -15,6 +15,7 @@ fonts-dejavu-core fonts-liberation2
 qt6-multimedia-dev dovecot-pop3d
 qt6-translations-l10n
 appstream desktop-file-utils librsvg2-bin dpkg-dev file man-db
+qt6-multimedia-dev dovecot-pop3d qtkeychain-qt6-dev libsecret-1-0
 "
 
 missing=""

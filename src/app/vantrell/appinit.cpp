@@ -12,6 +12,7 @@
 #include "engine/webenginesetup.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/desktop/mailwatcher.h"
+#include "ui/desktop/passwordstore.h"
 #include "ui/frame/appicon.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
@@ -50,21 +51,6 @@ QStringList commandLineArguments(const QStringList &raw)
                 : argument);
     }
     return arguments;
-}
-
-void applyPreferences(MDIForm1 &frame)
-{
-    const Prefer &p = prefer();
-    frame.statusBar()->setVisible(p.StatusBar() != 0);
-    frame.AddressBarDefault = p.Adresszeile() != 0;
-    frame.ToolbarDefault = p.Toolbar() != 0;
-    NewWindowPolicy policy;
-    policy.AllowOpenWin = p.AllowOpenWin() != 0;
-    policy.AllowResizeWin = p.AllowResizeWin() != 0;
-    policy.AllowWinInBack = p.AllowWinInBack() != 0;
-    policy.AllowWinRef = p.AllowWinRef() != 0;
-    policy.loadAllowedSites(AppInfo::dataFile(NewWindowPolicy::allowedSitesFileName()));
-    frame.setPolicy(policy);
 }
 
 void runStartOption(MDIForm1 &frame, const QString &dataFolder)
@@ -158,7 +144,6 @@ int Main(int argc, char *argv[])
     WebEngineSetup::profile(dataFolder);
     MDIForm1 frame;
     frame.setCaption(AppInfo::frameCaption());
-    applyPreferences(frame);
     auto *downloads = new Downloads(WebEngineSetup::profile(), &frame);
     QObject::connect(downloads, &Downloads::statusText, &frame, &MDIForm1::setStatusText);
     QObject::connect(
@@ -176,8 +161,7 @@ int Main(int argc, char *argv[])
     }
     if (prefer().MdiState() == 2)
         frame.setWindowState(Qt::WindowMaximized);
-    frame.SetTabAlign(prefer().TabAlign());
-    frame.SetTabButton(prefer().TabButton() != 0);
+    frame.ApplyPreferences();
 
     // The first window: the command line's address, the start page, or the start
     // page rendered as a feed.
@@ -210,7 +194,10 @@ int Main(int argc, char *argv[])
     QObject::connect(mail, &MailWatcher::mailNotice, panels, &StatusPanels::setMailNotice);
     QObject::connect(panels, &StatusPanels::mailNoticeClicked, mailProgram, &QAction::trigger);
     QObject::connect(mailProgram, &QAction::triggered, mail, &MailWatcher::mailProgramStarted);
-    mail->start();
+    // The passwords may come from the desktop's secret store: the check starts once
+    // they are there.
+    PasswordStore::load(prefer(), mail, [mail] { mail->start(); });
+    QObject::connect(&frame, &MDIForm1::preferencesApplied, mail, &MailWatcher::start);
 
     // The system asking the program to quit closes it as the user would.
     QuitSignals quit;

@@ -55,6 +55,7 @@ void MailboxCheck::start()
     }
     connect(m_socket, &QSslSocket::readyRead, this, &MailboxCheck::readAvailable);
     connect(m_socket, &QSslSocket::encrypted, this, [this] {
+        m_encrypted = true;
         if (m_dialogue)
             apply(m_dialogue->tlsEstablished());
     });

@@ -54,6 +54,9 @@ public:
     Failure failure() const { return m_failure; }
     // The socket's or the TLS library's words for a failure, when there are any.
     QString failureDetail() const { return m_failureDetail; }
+    // The server took the login and answered LIST: the account works.
+    bool loggedIn() const { return m_dialogue && m_dialogue->quitSent(); }
+    bool wasEncrypted() const { return m_encrypted; }
 
 Q_SIGNALS:
     void newMail();
@@ -76,6 +79,7 @@ private:
     int m_timeoutMs = 15000;
     bool m_started = false;
     bool m_finished = false;
+    bool m_encrypted = false;
     Failure m_failure = Failure::None;
     QString m_failureDetail;
 };

@@ -192,7 +192,7 @@ QByteArray Prefer::toRecord()
         // A password is stored only when the next load gives back exactly it;
         // otherwise its field stays blank and the caller is told.
         bool storable = false;
-        const QString clear = this->*f.text;
+        const QString clear = m_passwordsInSecretStore ? QString() : this->*f.text;
         const QString stored = scramble(clear, &storable);
         const QByteArray bytes = RecordCodec::encodeText(stored, f.width);
         bool readable = false;

@@ -49,6 +49,11 @@ public:
     // Accounts (1..4) whose password could not be stored by the last SavePref.
     QList<int> unstorablePasswords() const { return m_unstorablePasswords; }
 
+    // Passwords kept in the desktop's secret store are not written to the file: their
+    // fields stay blank there while this object holds them in clear.
+    bool passwordsInSecretStore() const { return m_passwordsInSecretStore; }
+    void setPasswordsInSecretStore(bool on) { m_passwordsInSecretStore = on; }
+
     // The reversible character shift applied to passwords in the file.
     static QString scramble(const QString &clear, bool *storable = nullptr);
     static QString unscramble(const QString &stored, bool *ok);
@@ -151,6 +156,7 @@ private:
     QString m_movedAsidePath;
     QString m_lastError;
     QList<int> m_unstorablePasswords;
+    bool m_passwordsInSecretStore = false;
 };
 
 // The one preferences object of the process (created at start-up).

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <utility>
 
 class BrowserToolbar;
 class BusyIndicator;
@@ -72,6 +73,9 @@ public:
     void LinkMailto();
     void ViewSource(const QString &url);
     void SetHomepage();
+    // The home page address and title this window would set: a feed window gives its
+    // feed's address and a title with the feed mark.
+    std::pair<QString, QString> homePageEntry() const;
     void SetZoomFactor(int percent);
     void SetTextSize(int step);
     void PubResize() { }

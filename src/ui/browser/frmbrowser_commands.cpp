@@ -119,15 +119,18 @@ void frmBrowser::ViewSource(const QString &url)
     page()->load(QUrl(QStringLiteral("view-source:") + url));
 }
 
+std::pair<QString, QString> frmBrowser::homePageEntry() const
+{
+    if (!FeedSourceUrl.isEmpty())
+        return {FeedSourceUrl, QStringLiteral("<FEED />") + LocationURL()};
+    return {LocationURL(), QString()};
+}
+
 void frmBrowser::SetHomepage()
 {
-    if (!FeedSourceUrl.isEmpty()) {
-        prefer().setHomeTitle(QStringLiteral("<FEED />") + LocationURL());
-        prefer().setHomeUrl(FeedSourceUrl);
-    } else {
-        prefer().setHomeTitle(QString());
-        prefer().setHomeUrl(LocationURL());
-    }
+    const auto [address, title] = homePageEntry();
+    prefer().setHomeTitle(title);
+    prefer().setHomeUrl(address);
     prefer().SavePref(AppInfo::dataFile(QStringLiteral("Pref.vtp")));
     m_commands->setHomeTip(prefer().HomeUrl().trimmed());
 }

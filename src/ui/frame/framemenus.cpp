@@ -14,6 +14,7 @@
 #include "ui/frame/statuspanels.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/windowsets.h"
+#include "ui/settings/settingsdialog.h"
 
 #include <QAction>
 #include <QApplication>
@@ -29,8 +30,8 @@ namespace {
 // Entries whose feature this build does not have yet stay visible but disabled.
 const QStringList &unavailable()
 {
-    static const QStringList names = {QStringLiteral("mn_Einstellungen"),
-        QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"), QStringLiteral("mn_Historie"),
+    static const QStringList names = {QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"),
+        QStringLiteral("mn_Historie"),
         QStringLiteral("mn_PictureList"), QStringLiteral("mn_DocStruct"),
         QStringLiteral("mn_VisitallLinks"), QStringLiteral("mn_VisitallLinksInFrame"),
         QStringLiteral("mn_SetRefresh")};
@@ -111,12 +112,31 @@ void FrameMenus::buildFileMenu()
     add(menu, QStringLiteral("mn_Send"), 208,
         [this] { withActive([](frmBrowser *w) { w->LinkMailto(); }); });
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Einstellungen"), 202, nullptr);
+    add(menu, QStringLiteral("mn_Einstellungen"), 202, [this] { openSettings(); });
     add(menu, QStringLiteral("mn_IEProp"), 203, nullptr);
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Exit"), 204, [this] {
         m_frame->close();
     })->setShortcut(QKeySequence::Quit);
+}
+
+void FrameMenus::openSettings()
+{
+    // One settings dialog at a time; asking again brings it forward.
+    if (auto *open = m_frame->findChild<SettingsDialog *>()) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    auto *dialog = new SettingsDialog(prefer(), AppInfo::dataFile(QStringLiteral("Pref.vtp")),
+        AppInfo::dataFolderPath(), m_frame);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (frmBrowser *window = m_frame->activeBrowser()) {
+        const auto [address, title] = window->homePageEntry();
+        dialog->setCurrentPage(address, title);
+    }
+    connect(dialog, &SettingsDialog::applied, m_frame, &MDIForm1::ApplyPreferences);
+    dialog->open();
 }
 
 void FrameMenus::buildToolsMenu()

@@ -44,6 +44,7 @@ private:
     QAction *addCopy(QMenu *menu, const QString &copyName, const QString &original);
     void withActive(const std::function<void(frmBrowser *)> &command) const;
     void buildFileMenu();
+    void openSettings();
     void buildToolsMenu();
     void buildViewMenu();
     void buildWindowMenu();

@@ -103,6 +103,23 @@ void MDIForm1::SetTabButton(bool buttons)
     m_menus->syncChecks();
 }
 
+void MDIForm1::ApplyPreferences()
+{
+    const Prefer &p = prefer();
+    statusBar()->setVisible(p.StatusBar() != 0);
+    AddressBarDefault = p.Adresszeile() != 0;
+    ToolbarDefault = p.Toolbar() != 0;
+    NewWindowPolicy policy;
+    policy.AllowOpenWin = p.AllowOpenWin() != 0;
+    policy.AllowResizeWin = p.AllowResizeWin() != 0;
+    policy.AllowWinInBack = p.AllowWinInBack() != 0;
+    policy.AllowWinRef = p.AllowWinRef() != 0;
+    policy.loadAllowedSites(AppInfo::dataFile(NewWindowPolicy::allowedSitesFileName()));
+    setPolicy(policy);
+    SetTabAlign(p.TabAlign());
+    emit preferencesApplied();
+}
+
 void MDIForm1::setCaption(const QString &caption)
 {
     m_caption = caption;

@@ -102,7 +102,12 @@ public:
     // Stores size and state in the preferences and saves them, once.
     void Unload();
 
+    // Shows the preferences: status bar, tab strip, popup switches, new windows' bars.
+    void ApplyPreferences();
+
 signals:
+    // The preferences changed after start-up; the mail check follows them.
+    void preferencesApplied();
     void historyChanged();
     void windowsChanged();
 
