@@ -490,6 +490,10 @@ private slots:
         QVERIFY(QFile::exists(AppInfo::dataFile(NewWindowPolicy::allowedSitesFileName())));
         evaluate(opener, u"window.open('/target?allowed'); 1"_s);
         VERIFY_SOON(frame.browsers().size() == 5 && frame.browsers().last()->IsPopup);
+        // Any completed load ends a user command, so none may still be under way below.
+        const QList<frmBrowser *> windows = frame.browsers();
+        VERIFY_SOON(std::none_of(windows.cbegin(), windows.cend(),
+            [](const frmBrowser *w) { return w->page()->isLoading(); }));
         frame.allowPopupSite(QString());
         NewWindowPolicy noSites = frame.policy();
         noSites.AllowedSites.clear();
