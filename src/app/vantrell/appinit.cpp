@@ -18,6 +18,7 @@
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
 #include "ui/frame/windowsets.h"
+#include "ui/tools/frmtools.h"
 
 #include <QAction>
 #include <QApplication>
@@ -136,6 +137,7 @@ int Main(int argc, char *argv[])
         frame.setWindowState(Qt::WindowMaximized);
     frame.SetTabAlign(prefer().TabAlign());
     frame.SetTabButton(prefer().TabButton() != 0);
+    frmTools::attach(&frame);
 
     // The first window: the command line's address, the start page, or the start
     // page rendered as a feed.
