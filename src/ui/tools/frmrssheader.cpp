@@ -6,11 +6,22 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+
+namespace {
+// The labels are the tags themselves, shown as written rather than read as markup.
+QLabel *tagLabel(const char *tag, QWidget *parent)
+{
+    auto *label = new QLabel(QLatin1String(tag), parent);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+} // namespace
 
 frmRSSHeader::frmRSSHeader(const QString &targetFile, QWidget *parent)
     : QDialog(parent)
@@ -23,9 +34,9 @@ frmRSSHeader::frmRSSHeader(const QString &targetFile, QWidget *parent)
     Text1 = new QLineEdit(presets.channelTitle, channel);
     Text3 = new QLineEdit(presets.channelLink, channel);
     Text2 = new QLineEdit(presets.channelDescription, channel);
-    channelForm->addRow(QStringLiteral("<title>"), Text1);
-    channelForm->addRow(QStringLiteral("<link>"), Text3);
-    channelForm->addRow(QStringLiteral("<description>"), Text2);
+    channelForm->addRow(tagLabel("<title>", this), Text1);
+    channelForm->addRow(tagLabel("<link>", this), Text3);
+    channelForm->addRow(tagLabel("<description>", this), Text2);
 
     Check2 = new QCheckBox(QStringLiteral("<image>"), this);
     auto *image = new QGroupBox(this);
@@ -33,9 +44,9 @@ frmRSSHeader::frmRSSHeader(const QString &targetFile, QWidget *parent)
     Text4 = new QLineEdit(presets.imageUrl, image);
     Text5 = new QLineEdit(presets.imageTitle, image);
     Text6 = new QLineEdit(presets.imageLink, image);
-    imageForm->addRow(QStringLiteral("<url>"), Text4);
-    imageForm->addRow(QStringLiteral("<title>"), Text5);
-    imageForm->addRow(QStringLiteral("<link>"), Text6);
+    imageForm->addRow(tagLabel("<url>", this), Text4);
+    imageForm->addRow(tagLabel("<title>", this), Text5);
+    imageForm->addRow(tagLabel("<link>", this), Text6);
     image->setEnabled(false);
     connect(Check2, &QCheckBox::toggled, image, &QWidget::setEnabled);
 

@@ -1,6 +1,7 @@
 #include "core/base/appinfo.h"
 #include "core/base/clock.h"
 #include "core/base/uitexts.h"
+#include "core/exchange/netscapeimport.h"
 #include "core/model/booktreemodel.h"
 #include "core/model/historylistmodel.h"
 #include "core/prefs/prefer.h"
@@ -17,12 +18,16 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabBar>
+#include <QToolBar>
+#include <QToolButton>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -46,11 +51,13 @@ template<typename T> void whenShown(QObject *context, std::function<void(T *)> a
 // how many there were and the last one's text.
 struct Answerer
 {
+    // The innermost one answers: a box inside a dialog that an outer one waits for.
     explicit Answerer(const QString &button)
+        : outer(std::exchange(innermost, this))
     {
         QObject::connect(&poll, &QTimer::timeout, &poll, [this, button] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            if (!box || !box->isVisible())
+            if (!box || !box->isVisible() || innermost != this)
                 return;
             ++count;
             text = box->text();
@@ -62,6 +69,9 @@ struct Answerer
         });
         poll.start(10);
     }
+    ~Answerer() { innermost = outer; }
+    static inline Answerer *innermost = nullptr;
+    Answerer *outer;
     QTimer poll;
     int count = 0;
     QString text;
@@ -211,6 +221,226 @@ private slots:
         tool()->addAllLinks();
         VERIFY_SOON(model()->rowCount(folder(0)) == 6);
         QCOMPARE(titles(model(), folder(0)).mid(4), QStringList({u"First"_s, u"Second"_s}));
+    }
+
+    void propertyDialogRefusesAnEmptyNameAndKeepsTheFeedMark()
+    {
+        tool()->select(folder(0));
+        whenShown<frmBMProperty>(this, [this](frmBMProperty *dialog) {
+            Answerer ok(u"OK"_s);
+            dialog->Text2->setText(url("/one"));
+            dialog->Ok->click();
+            QCOMPARE(ok.text, uiText(2214));
+            QVERIFY(dialog->isVisible());
+            dialog->Text1->setText(u"Eins"_s);
+            dialog->Check3->setChecked(true);
+            dialog->Check2->setChecked(false);
+            dialog->Ok->click();
+        });
+        tool()->addWithDialog();
+        const QPersistentModelIndex added = tool()->current();
+        QCOMPARE(added.data().toString(), u"Eins"_s);
+        QCOMPARE(added.data(BookTreeModel::ImageRole), u"xml"_s);
+        QCOMPARE(model()->bookmarkAt(added)->Titel, u"<FEED />Eins"_s);
+        QCOMPARE(model()->bookmarkAt(added)->Toolbar, 0);
+        // The dialog shows the feed mark as its box; a cancelled one changes nothing.
+        whenShown<frmBMProperty>(this, [](frmBMProperty *dialog) {
+            QVERIFY(dialog->Check3->isChecked());
+            dialog->Text1->setText(u"Zwei"_s);
+            dialog->Cancel->click();
+        });
+        tool()->editProperties(added);
+        QCOMPARE(model()->bookmarkAt(added)->Titel, u"<FEED />Eins"_s);
+    }
+
+    void exportsThroughTheDialogsMatchTheHeadlessTool_data()
+    {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<bool>("oneFolder");
+        QTest::addColumn<int>("titleId");
+        QTest::addColumn<QStringList>("toolArguments");
+        using F = BookmarkExchange::Format;
+        QTest::newRow("netscape archive")
+            << int(F::Netscape) << false << 1002 << QStringList {u"netscape"_s};
+        QTest::newRow("netscape folder")
+            << int(F::Netscape) << true << 1006 << QStringList {u"netscape"_s};
+        QTest::newRow("xml archive") << int(F::Xml) << false << 1052 << QStringList {u"xml"_s};
+        QTest::newRow("text folder") << int(F::Text) << true << 1008 << QStringList {u"text"_s};
+        QTest::newRow("html archive") << int(F::Html) << false << 1003 << QStringList {u"html"_s};
+        QTest::newRow("rss folder") << int(F::Rss) << true << 1058
+                                    << QStringList {u"rss"_s, u"--channel-title"_s, u"Kanal"_s,
+                                           u"--channel-link"_s, u"https://example.org/"_s};
+    }
+
+    void exportsThroughTheDialogsMatchTheHeadlessTool()
+    {
+        QFETCH(int, format);
+        QFETCH(bool, oneFolder);
+        QFETCH(int, titleId);
+        QFETCH(QStringList, toolArguments);
+        const QDateTime now({2024, 5, 6}, {7, 8, 9});
+        Clock::setFixed(now);
+        const QString path = m_data->filePath(u"pane.out"_s);
+        QString title;
+        tool()->exchange()->setSaveChooser([&](const QString &caption, const QString &) {
+            title = caption;
+            return path;
+        });
+        // The channel dialog names the first field it refuses and keeps what was typed.
+        if (BookmarkExchange::Format(format) == BookmarkExchange::Format::Rss)
+            whenShown<frmRSSHeader>(this, [](frmRSSHeader *dialog) {
+                Answerer ok(u"OK"_s);
+                dialog->Ok->click();
+                QCOMPARE(ok.text, uiText(1070) + u"<title>"_s + uiText(1071));
+                dialog->Text1->setText(u"Kanal"_s);
+                dialog->Text3->setText(u"gopher://x"_s);
+                dialog->Ok->click();
+                QCOMPARE(ok.text, uiText(1070) + u"<link>"_s + uiText(1071));
+                QCOMPARE(dialog->Text1->text(), u"Kanal"_s);
+                dialog->Text3->setText(u"https://example.org/"_s);
+                dialog->Ok->click();
+            });
+        {
+            Answerer no(u"&No"_s);
+            tool()->exchange()->exportTo(
+                BookmarkExchange::Format(format), oneFolder ? folder(1) : model()->rootIndex());
+            QCOMPARE(no.text, uiText(1040) + path + uiText(1041));
+        }
+        QCOMPARE(title, uiText(titleId));
+        QCOMPARE(m_frame->browsers().size(), 0);
+
+        const QString headless = m_data->filePath(u"tool.out"_s);
+        QStringList arguments
+            = {u"--data-dir"_s, m_data->path(), u"--now"_s, now.toString(Qt::ISODate),
+                u"bookmarks"_s, u"export"_s, toolArguments.takeFirst(), headless};
+        if (oneFolder)
+            arguments << u"--folder"_s << u"Entwicklung"_s;
+        QCOMPARE(
+            QProcess::execute(QStringLiteral(VANTRELL_TOOL_PATH), arguments + toolArguments), 0);
+        QFile pane(path), tool(headless);
+        QVERIFY(pane.open(QIODevice::ReadOnly) && tool.open(QIODevice::ReadOnly));
+        QCOMPARE(pane.readAll(), tool.readAll());
+    }
+
+    void unsavedChangesAreOfferedWhenLeavingTheArchive_data()
+    {
+        QTest::addColumn<bool>("quit");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("folders");
+        QTest::newRow("quit, saved") << true << u"&Yes"_s << 4;
+        QTest::newRow("quit, not saved") << true << u"&No"_s << 3;
+        QTest::newRow("other tab, saved") << false << u"&Yes"_s << 4;
+    }
+
+    void unsavedChangesAreOfferedWhenLeavingTheArchive()
+    {
+        QFETCH(bool, quit);
+        QFETCH(QString, button);
+        QFETCH(int, folders);
+        tool()->select(model()->rootIndex());
+        tool()->AddDirToArchive();
+        Answerer answered(button);
+        if (quit)
+            m_frame->close();
+        else
+            m_pane->SelectTool(frmTools::History);
+        QCOMPARE(answered.text, uiText(1046));
+        Book saved(m_data->path());
+        saved.LoadAllThema();
+        QCOMPARE(saved.colThema.count(), folders);
+    }
+
+    void historyListsVisitsAndOpensCheckedAndFilteredEntries()
+    {
+        EngineTest::openOn(*m_frame, url("/one"), "One");
+        EngineTest::openOn(*m_frame, url("/two"), "Two");
+        VERIFY_SOON(m_frame->history().size() >= 2);
+        m_frame->menuAction(u"mn_Historie"_s)->trigger();
+        QCOMPARE(m_pane->currentTool(), int(frmTools::History));
+        HistoryTool *history = m_pane->history();
+        const int rows = history->model()->rowCount();
+        QCOMPARE(rows, m_frame->history().size());
+        QVERIFY(!history->button(u"start"_s)->isEnabled());
+        history->button(u"check"_s)->trigger();
+        QVERIFY(history->button(u"start"_s)->isEnabled());
+        history->button(u"start"_s)->trigger();
+        QCOMPARE(m_frame->browsers().size(), 2 + rows);
+        VERIFY_SOON(m_frame->browsers().last()->LastRequestUrl == m_frame->history().last().URL());
+        // The filter leaves the entries of that address; Enter opens what is left.
+        history->filterField()->setText(u"TWO"_s);
+        QCOMPARE(history->list()->model()->rowCount(), 1);
+        QTest::keyClick(history->filterField(), Qt::Key_Return);
+        VERIFY_SOON(m_frame->browsers().last()->LastRequestUrl == url("/two"));
+        history->refresh();
+        QVERIFY(!history->button(u"check"_s)->isChecked());
+        QVERIFY(!history->button(u"start"_s)->isEnabled());
+    }
+
+    void importRunsBesideTheUiAndCanBeCancelled()
+    {
+        BookmarkExchange *exchange = tool()->exchange();
+        QSignalSpy finished(exchange, &BookmarkExchange::importFinished);
+        const QString file
+            = QStringLiteral(VANTRELL_CORPUS_DIR "/bookmarks/ddg-bookmarks_chrome.html");
+        {
+            Answerer yes(u"&Yes"_s);
+            exchange->importFile(file);
+            QCOMPARE(yes.text, uiText(2211).arg(3));
+        }
+        QVERIFY(exchange->importRunning());
+        VERIFY_SOON(finished.size() == 1);
+        const NetscapeImport::Result expected = NetscapeImport::readFile(file);
+        QCOMPARE(model()->rowCount(model()->rootIndex()), expected.folders.size());
+        QCOMPARE(folder(0).data().toString(), expected.folders.first().DirName);
+        QVERIFY(QDir(m_data->filePath(u"backups"_s)).exists());
+
+        // A large file, cancelled at once, leaves the archive as it was.
+        QByteArray big = "<DL><DT><H3>Big</H3><DL>";
+        for (int i = 0; i < 40000; ++i)
+            big += "<DT><A HREF=\"http://example.org/" + QByteArray::number(i) + "\">x</A>";
+        const QString bigFile = m_data->filePath(u"big.html"_s);
+        QFile out(bigFile);
+        QVERIFY(out.open(QIODevice::WriteOnly) && out.write(big + "</DL></DL>") > 0);
+        out.close();
+        {
+            Answerer yes(u"&Yes"_s);
+            exchange->importFile(bigFile);
+        }
+        m_pane->cancelButton()->click();
+        VERIFY_SOON(finished.size() == 2);
+        QCOMPARE(finished.last().first().toString(), uiText(2207));
+        QCOMPARE(folder(0).data().toString(), expected.folders.first().DirName);
+    }
+
+    void scriptAddressesNeverOpenAndLocalFilesOnlyWhenAgreed()
+    {
+        for (const QString &address : {u"javascript:alert(1)"_s, u"file:///etc/hostname"_s})
+            model()->addBookmark(folder(0), address, address, BookEditing::Duplicates::Allow);
+        const QModelIndex script = model()->index(4, 0, folder(0));
+        const QModelIndex local = model()->index(5, 0, folder(0));
+        const QList<std::tuple<QModelIndex, QString, int, int>> cases
+            = {{script, u"OK"_s, 2208, 0}, {local, u"&No"_s, 2209, 0}, {local, u"&Yes"_s, 2209, 1}};
+        for (const auto &[index, button, textId, windows] : cases) {
+            Answerer answered(button);
+            tool()->OpenBookmark(index);
+            QVERIFY(answered.text.startsWith(uiText(textId).section(u'%', 0, 0)));
+            QCOMPARE(m_frame->browsers().size(), windows);
+        }
+    }
+
+    void paneKeepsSideToolAndFoldBetweenRuns()
+    {
+        m_pane->SelectTool(frmTools::History);
+        m_pane->place(frmTools::Corner::UpperRight);
+        m_pane->minmax()->findChild<QAction *>(u"min"_s)->trigger();
+        QVERIFY(!m_pane->tabStrip()->isVisible());
+        m_frame->close();
+        m_frame = std::make_unique<MDIForm1>();
+        m_frame->show();
+        m_pane = frmTools::attach(m_frame.get());
+        QCOMPARE(m_frame->dockWidgetArea(m_pane), Qt::RightDockWidgetArea);
+        QCOMPARE(m_pane->currentTool(), int(frmTools::History));
+        QVERIFY(m_pane->isFolded() && m_pane->isVisible());
     }
 };
 
