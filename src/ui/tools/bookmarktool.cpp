@@ -4,6 +4,7 @@
 #include "core/base/uitexts.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/model/booktreemodel.h"
+#include "ui/tools/bandicon.h"
 #include "ui/tools/bookmarkexchange.h"
 #include "ui/tools/treeimages.h"
 
@@ -41,16 +42,18 @@ BookmarkTool::BookmarkTool(MDIForm1 *frame, QWidget *parent)
 
     m_band = new QToolBar(this);
     m_band->setObjectName(QStringLiteral("Toolbar1"));
-    const auto button = [this](const char *key, int tip, const QString &iconName) {
-        QAction *entry = m_band->addAction(QIcon::fromTheme(iconName), uiText(tip));
-        entry->setObjectName(QLatin1String(key));
-        entry->setToolTip(uiText(tip));
-        return entry;
-    };
+    m_band->setIconSize(QSize(16, 16));
+    const auto button
+        = [this](const char *key, int tip, const char *theme, QStyle::StandardPixmap fallback) {
+              QAction *entry = m_band->addAction(bandIcon(theme, fallback, this), uiText(tip));
+              entry->setObjectName(QLatin1String(key));
+              entry->setToolTip(uiText(tip));
+              return entry;
+          };
     // "archiv" and "edit" open their menus at the button.
-    QAction *archiv = button("archiv", 105, QStringLiteral("folder"));
+    QAction *archiv = button("archiv", 105, "folder-bookmark", QStyle::SP_DirHomeIcon);
     archiv->setMenu(m_menus.value(QStringLiteral("mn_Archive")));
-    QAction *edit = button("edit", 2062, QStringLiteral("document-edit"));
+    QAction *edit = button("edit", 2062, "document-edit", QStyle::SP_FileDialogDetailedView);
     connect(archiv, &QAction::triggered, this, [this, archiv] {
         if (auto *tool = qobject_cast<QToolButton *>(m_band->widgetForAction(archiv)))
             tool->showMenu();
@@ -59,8 +62,8 @@ BookmarkTool::BookmarkTool(MDIForm1 *frame, QWidget *parent)
         QWidget *at = m_band->widgetForAction(edit);
         menuForSelection()->popup(at ? at->mapToGlobal(QPoint(0, at->height())) : QCursor::pos());
     });
-    connect(button("sort", 2063, QStringLiteral("view-sort-ascending")), &QAction::triggered, this,
-        &BookmarkTool::sortSelected);
+    connect(button("sort", 2063, "view-sort-ascending", QStyle::SP_ArrowDown), &QAction::triggered,
+        this, &BookmarkTool::sortSelected);
 
     connect(m_tree, &QTreeView::expanded, m_model,
         [this](const QModelIndex &index) { m_model->setFolderOpen(index, true); });

@@ -4,6 +4,7 @@
 #include "core/base/uitexts.h"
 #include "core/model/historylistmodel.h"
 #include "ui/frame/mdiform1.h"
+#include "ui/tools/bandicon.h"
 #include "ui/tools/bookmarkexchange.h"
 #include "ui/tools/bookmarktool.h"
 #include "ui/tools/historytool.h"
@@ -94,20 +95,24 @@ frmTools::frmTools(MDIForm1 *frame)
     m_bands->addWidget(search);
     m_minmax = new QToolBar(this);
     m_minmax->setObjectName(QStringLiteral("Toolbar4"));
-    const auto add = [this](const char *key, int tip, const char *icon) {
-        QAction *entry = m_minmax->addAction(QIcon::fromTheme(QLatin1String(icon)), uiText(tip));
-        entry->setObjectName(QLatin1String(key));
-        return entry;
-    };
-    connect(
-        add("start", 802, "document-open"), &QAction::triggered, m_history, &HistoryTool::start);
+    m_minmax->setIconSize(QSize(16, 16));
+    const auto add
+        = [this](const char *key, int tip, const char *theme, QStyle::StandardPixmap fallback) {
+              QAction *entry = m_minmax->addAction(bandIcon(theme, fallback, this), uiText(tip));
+              entry->setObjectName(QLatin1String(key));
+              return entry;
+          };
+    connect(add("start", 802, "document-open", QStyle::SP_DialogOpenButton), &QAction::triggered,
+        m_history, &HistoryTool::start);
     m_minmax->addSeparator()->setObjectName(QStringLiteral("sep1"));
-    QAction *check = add("check", 803, "edit-select-all");
+    QAction *check = add("check", 803, "edit-select-all", QStyle::SP_DialogApplyButton);
     check->setCheckable(true);
     connect(check, &QAction::triggered, m_history, &HistoryTool::checkAll);
     m_minmax->addSeparator()->setObjectName(QStringLiteral("sep2"));
-    connect(add("min", 2068, "go-up"), &QAction::triggered, this, [this] { setFolded(true); });
-    connect(add("max", 2069, "go-down"), &QAction::triggered, this, [this] { setFolded(false); });
+    connect(add("min", 2068, "go-up", QStyle::SP_TitleBarShadeButton), &QAction::triggered, this,
+        [this] { setFolded(true); });
+    connect(add("max", 2069, "go-down", QStyle::SP_TitleBarUnshadeButton), &QAction::triggered,
+        this, [this] { setFolded(false); });
     auto *coolBar = new QWidget(this);
     coolBar->setObjectName(QStringLiteral("CoolBar1"));
     auto *bandRow = new QHBoxLayout(coolBar);
@@ -124,7 +129,9 @@ frmTools::frmTools(MDIForm1 *frame)
     m_tabs = new QTabBar(this);
     m_tabs->setObjectName(QStringLiteral("TabStrip1"));
     m_tabs->setShape(QTabBar::RoundedSouth);
-    m_tabs->setExpanding(false);
+    // All four tabs stay in sight in a narrow pane: their captions give way instead.
+    m_tabs->setUsesScrollButtons(false);
+    m_tabs->setElideMode(Qt::ElideRight);
     for (const int textId : {105, 1550, 800, 1511})
         m_tabs->addTab(uiText(textId));
     for (int i = 0; i < tabKeys().size(); ++i)
@@ -321,7 +328,7 @@ void frmTools::restoreSettings()
     if (area == Qt::RightDockWidgetArea || area == Qt::BottomDockWidgetArea)
         m_frame->addDockWidget(area, this);
     setFloating(settings.value(QStringLiteral("floating"), false).toBool());
-    const int width = settings.value(QStringLiteral("width"), 280).toInt();
+    const int width = settings.value(QStringLiteral("width"), 320).toInt();
     m_frame->resizeDocks({this}, {std::clamp(width, 120, 2000)}, Qt::Horizontal);
     const int tool = settings.value(QStringLiteral("tool"), int(Bookmarks)).toInt();
     const bool visible = settings.value(QStringLiteral("visible"), false).toBool();

@@ -3,6 +3,7 @@
 #include "core/base/uitexts.h"
 #include "core/model/historylistmodel.h"
 #include "ui/frame/mdiform1.h"
+#include "ui/tools/bandicon.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -47,14 +48,18 @@ HistoryTool::HistoryTool(MDIForm1 *frame, QWidget *parent)
 
     m_band = new QToolBar(this);
     m_band->setObjectName(QStringLiteral("Toolbar2"));
-    const auto add = [this](const char *key, int tip, const char *icon) {
-        QAction *entry = m_band->addAction(QIcon::fromTheme(QLatin1String(icon)), uiText(tip));
-        entry->setObjectName(QLatin1String(key));
-        return entry;
-    };
-    connect(add("refresh", 801, "view-refresh"), &QAction::triggered, this, &HistoryTool::refresh);
-    connect(add("start", 802, "document-open"), &QAction::triggered, this, &HistoryTool::start);
-    QAction *check = add("check", 803, "edit-select-all");
+    m_band->setIconSize(QSize(16, 16));
+    const auto add
+        = [this](const char *key, int tip, const char *theme, QStyle::StandardPixmap fallback) {
+              QAction *entry = m_band->addAction(bandIcon(theme, fallback, this), uiText(tip));
+              entry->setObjectName(QLatin1String(key));
+              return entry;
+          };
+    connect(add("refresh", 801, "view-refresh", QStyle::SP_BrowserReload), &QAction::triggered,
+        this, &HistoryTool::refresh);
+    connect(add("start", 802, "document-open", QStyle::SP_DialogOpenButton), &QAction::triggered,
+        this, &HistoryTool::start);
+    QAction *check = add("check", 803, "edit-select-all", QStyle::SP_DialogApplyButton);
     check->setCheckable(true);
     connect(check, &QAction::triggered, this, &HistoryTool::checkAll);
     button(QStringLiteral("start"))->setEnabled(false);
