@@ -128,7 +128,9 @@ void benchTree(const QString &data)
 
 void benchImport(const QString &data, const QString &file)
 {
+    // The same archive is replaced both ways, backup included.
     QTemporaryDir headlessData;
+    makeArchive(headlessData.path(), 100, 1000);
     QElapsedTimer timer;
     timer.start();
     {
@@ -157,14 +159,20 @@ void benchImport(const QString &data, const QString &file)
     timer.restart();
     sinceTick.start();
     ticks.start(10);
+    double parsing = 0;
+    QObject::connect(exchange, &BookmarkExchange::importProgress, &loop,
+        [&](int percent) { parsing = percent >= 0 ? worst : parsing; });
     exchange->importFile(file);
     loop.exec();
     const double total = ms(timer);
+    // The result is applied in one step at the end; that step counts too.
+    worst = std::max(worst, ms(sinceTick) - 10);
     std::printf("import of 50 x 1000 bookmarks\n");
     std::printf("  headless parse and apply                %8.1f ms\n", headless);
     std::printf("  through the pane                        %8.1f ms   ratio %.2f\n", total,
         total / headless);
-    std::printf("  worst lateness of a 10 ms timer         %8.1f ms\n", worst);
+    std::printf("  worst lateness of a 10 ms timer, parse  %8.1f ms\n", parsing);
+    std::printf("  the same, with the final apply          %8.1f ms\n", worst);
     Q_UNUSED(data)
 }
 

@@ -4,6 +4,8 @@
 #include "core/base/uitexts.h"
 
 #include <QFileInfo>
+#include <QMimeData>
+#include <QUrl>
 
 #include <utility>
 
@@ -261,6 +263,52 @@ void BookTreeModel::sortBookmarks(const QModelIndex &index)
     reorder([this, folder] { BookEditing::sortBookmarks(m_book, *folder); });
 }
 
+QModelIndex BookTreeModel::moveBookmark(const QModelIndex &bookmark, const QModelIndex &target)
+{
+    const Bookmark *moved = bookmarkAt(bookmark);
+    Thema *to = folderAt(target);
+    if (!moved || !to || to == folderAt(bookmark))
+        return {};
+    const Bookmark copy = *moved;
+    const QPersistentModelIndex source = bookmark;
+    const auto added = addBookmark(target, copy.Titel, copy.URL, BookEditing::Duplicates::Allow);
+    if (!added.bookmark)
+        return {};
+    added.bookmark->Info = copy.Info;
+    added.bookmark->Toolbar = copy.Toolbar;
+    added.bookmark->Adresszeile = copy.Adresszeile;
+    removeBookmark(source);
+    return bookmarkIndex(to, to->colBookmark->count() - 1);
+}
+
+QStringList BookTreeModel::mimeTypes() const
+{
+    return {bookmarkMimeType(), QStringLiteral("text/uri-list"), QStringLiteral("text/plain")};
+}
+
+QMimeData *BookTreeModel::mimeData(const QModelIndexList &indexes) const
+{
+    QStringList keys;
+    QList<QUrl> urls;
+    for (const QModelIndex &index : indexes) {
+        if (const Bookmark *bookmark = bookmarkAt(index)) {
+            keys << index.data(KeyRole).toString();
+            urls << QUrl(bookmark->URL);
+        }
+    }
+    if (keys.isEmpty())
+        return nullptr;
+    auto *data = new QMimeData;
+    data->setData(bookmarkMimeType(), keys.join(u'\n').toUtf8());
+    data->setUrls(urls);
+    return data;
+}
+
+Qt::DropActions BookTreeModel::supportedDropActions() const
+{
+    return Qt::MoveAction | Qt::CopyAction;
+}
+
 QModelIndex BookTreeModel::index(int row, int column, const QModelIndex &parent) const
 {
     if (column != 0 || row < 0 || row >= rowCount(parent))
@@ -393,9 +441,11 @@ bool BookTreeModel::setData(const QModelIndex &index, const QVariant &value, int
 Qt::ItemFlags BookTreeModel::flags(const QModelIndex &index) const
 {
     if (!index.isValid())
-        return Qt::ItemIsDropEnabled;
+        return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (isFolder(index))
-        flags |= Qt::ItemIsEditable;
+        flags |= Qt::ItemIsEditable | Qt::ItemIsDropEnabled;
+    if (isBookmark(index))
+        flags |= Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
     return flags;
 }

@@ -68,6 +68,15 @@ public:
     // Whether the folder (of a folder or bookmark node) holds an address already.
     bool folderHasAddress(const QModelIndex &index, const QString &url);
 
+    // Moves a bookmark to the end of another folder (a folder or bookmark node); the new
+    // node, or an invalid index when nothing moved.
+    QModelIndex moveBookmark(const QModelIndex &bookmark, const QModelIndex &target);
+    // Dragged bookmarks carry their keys, and their addresses for other programs.
+    static QString bookmarkMimeType() { return QStringLiteral("application/x-vantrell-bookmark"); }
+    QStringList mimeTypes() const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    Qt::DropActions supportedDropActions() const override;
+
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -17,6 +17,7 @@
 #include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
+#include <QTreeView>
 #include <QUrl>
 
 namespace {
@@ -144,6 +145,8 @@ void BookmarkExchange::importFile(const QString &path)
 {
     if (m_worker)
         return;
+    // Unsaved edits go into the backup rather than being lost with the old folders.
+    m_tool->askToSave();
     // The folders are replaced, never merged: the user agrees first (a backup is made).
     const qsizetype folders = m_tool->book().colThema.count();
     if (folders > 0
@@ -153,43 +156,53 @@ void BookmarkExchange::importFile(const QString &path)
         return;
     m_cancel = false;
     m_percent = 0;
-    // The parse needs nothing of the UI thread; only the atomics cross over.
-    auto result = std::make_shared<NetscapeImport::Result>();
-    m_worker = QThread::create([this, path, result] {
-        *result = NetscapeImport::readFile(path, {}, [this](qint64 done, qint64 total) {
+    // The worker parses the file and writes the backup and the new archive files through
+    // an archive of its own; the tree, kept from edits meanwhile, then reads them in one
+    // step. Only the atomics and the finished result cross between the threads.
+    struct Outcome
+    {
+        NetscapeImport::Result parsed;
+        NetscapeImport::ApplyOutcome applied;
+    };
+    auto outcome = std::make_shared<Outcome>();
+    const QString dataFolder = m_tool->book().dataFolder();
+    m_worker = QThread::create([this, path, outcome, dataFolder] {
+        outcome->parsed = NetscapeImport::readFile(path, {}, [this](qint64 done, qint64 total) {
             m_percent = total > 0 ? int(done * 100 / total) : 0;
             return !m_cancel;
         });
+        if (outcome->parsed.status != NetscapeImport::Result::Imported || m_cancel)
+            return;
+        Book written(dataFolder);
+        written.LoadAllThema();
+        outcome->applied = NetscapeImport::replaceArchive(written, outcome->parsed);
     });
-    connect(m_worker, &QThread::finished, this, [this, result, path] {
+    m_tool->tree()->setEnabled(false);
+    connect(m_worker, &QThread::finished, this, [this, outcome, path] {
         m_poll->stop();
         m_worker->deleteLater();
         m_worker = nullptr;
-        if (result->status == NetscapeImport::Result::Imported)
-            applyImport(*result);
-        else
-            emit importFinished(result->status == NetscapeImport::Result::Cancelled
-                    ? uiText(2207)
-                    : uiText(2002).arg(path,
-                        result->status == NetscapeImport::Result::Unreadable     ? result->error
-                            : result->status == NetscapeImport::Result::TooLarge ? uiText(2210)
-                            : result->status == NetscapeImport::Result::TooDeep
-                            ? uiText(2092).arg(NetscapeImport::Limits().maxNesting)
-                            : uiText(2084)));
+        m_tool->tree()->setEnabled(true);
+        const NetscapeImport::Result &result = outcome->parsed;
+        if (result.status == NetscapeImport::Result::Imported && !m_cancel) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+            m_tool->model()->reload();
+            QApplication::restoreOverrideCursor();
+            emit importFinished(outcome->applied.ok
+                    ? uiText(2215).arg(result.folders.size()).arg(result.bookmarkCount())
+                    : outcome->applied.error);
+            return;
+        }
+        emit importFinished(result.status == NetscapeImport::Result::Cancelled || m_cancel
+                ? uiText(2207)
+                : uiText(2002).arg(path,
+                    result.status == NetscapeImport::Result::Unreadable     ? result.error
+                        : result.status == NetscapeImport::Result::TooLarge ? uiText(2210)
+                        : result.status == NetscapeImport::Result::TooDeep
+                        ? uiText(2092).arg(NetscapeImport::Limits().maxNesting)
+                        : uiText(2084)));
     });
     m_poll->start();
     emit importProgress(0);
     m_worker->start();
-}
-
-void BookmarkExchange::applyImport(const NetscapeImport::Result &result)
-{
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    NetscapeImport::ApplyOutcome applied;
-    m_tool->model()->reload(
-        [&] { applied = NetscapeImport::replaceArchive(m_tool->book(), result); });
-    QApplication::restoreOverrideCursor();
-    emit importFinished(applied.ok
-            ? uiText(2215).arg(result.folders.size()).arg(result.bookmarkCount())
-            : applied.error);
 }

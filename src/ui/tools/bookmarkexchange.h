@@ -15,7 +15,7 @@ class QThread;
 class QTimer;
 
 // Export of the archive or a folder through the save dialog, and the import of a
-// browser bookmark file, parsed on a worker thread and applied in one step.
+// browser bookmark file, parsed and written on a worker thread and shown in one step.
 class BookmarkExchange final : public QObject
 {
     Q_OBJECT
@@ -52,7 +52,6 @@ signals:
     void importFinished(const QString &message);
 
 private:
-    void applyImport(const NetscapeImport::Result &result);
     // Yes/No: open the written file in a new window.
     void offerToShow(const QString &path);
 

@@ -9,9 +9,11 @@
 #include "ui/tools/treeimages.h"
 
 #include <QAction>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -33,6 +35,10 @@ BookmarkTool::BookmarkTool(MDIForm1 *frame, QWidget *parent)
     m_tree->setEditTriggers(QAbstractItemView::EditKeyPressed);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_tree->installEventFilter(this);
+    // Bookmarks move between folders; addresses and links dropped on a folder join it.
+    m_tree->setDragDropMode(QAbstractItemView::DragDrop);
+    m_tree->setDefaultDropAction(Qt::MoveAction);
+    m_tree->viewport()->installEventFilter(this);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_tree);
@@ -255,6 +261,8 @@ void BookmarkTool::askToSave()
 
 bool BookmarkTool::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_tree->viewport() && event->type() == QEvent::Drop)
+        return drop(static_cast<QDropEvent *>(event));
     // Keys typed into a name being edited go to the editor, not here.
     if (watched != m_tree || event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
@@ -282,4 +290,32 @@ bool BookmarkTool::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+bool BookmarkTool::drop(QDropEvent *event)
+{
+    const QModelIndex target = m_tree->indexAt(event->position().toPoint());
+    const QMimeData *data = event->mimeData();
+    if (!m_model->folderAt(target))
+        return false;
+    if (data->hasFormat(BookTreeModel::bookmarkMimeType())) {
+        const QStringList keys
+            = QString::fromUtf8(data->data(BookTreeModel::bookmarkMimeType())).split(u'\n');
+        // Found by key one at a time: each move renumbers nothing but its own node.
+        for (const QString &key : keys)
+            m_model->moveBookmark(m_model->indexOfKey(key), target);
+    } else {
+        QList<LinksToOpen::TitledLink> links;
+        const QList<QUrl> urls = data->hasUrls()
+            ? data->urls()
+            : QList<QUrl> {QUrl::fromUserInput(data->text().trimmed())};
+        for (const QUrl &url : urls) {
+            if (url.isValid() && !url.scheme().isEmpty())
+                links.append({url.toDisplayString(), url.toString()});
+        }
+        select(target);
+        addBookmarks(links);
+    }
+    event->acceptProposedAction();
+    return true;
 }

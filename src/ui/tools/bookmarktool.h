@@ -11,6 +11,7 @@
 class BookTreeModel;
 class BookmarkExchange;
 class MDIForm1;
+class QDropEvent;
 class QMenu;
 class QToolBar;
 class QTreeView;
@@ -80,6 +81,7 @@ private:
     void buildMenus();
     QAction *addEntry(QMenu *menu, const char *name, int textId, void (BookmarkTool::*slot)());
     void openNext();
+    bool drop(QDropEvent *event);
     // Whether a bookmark's address may open: not a script, a local file when agreed.
     bool mayOpen(const QString &url);
 

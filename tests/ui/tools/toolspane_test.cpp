@@ -22,6 +22,7 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMimeData>
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -441,6 +442,31 @@ private slots:
         QCOMPARE(m_frame->dockWidgetArea(m_pane), Qt::RightDockWidgetArea);
         QCOMPARE(m_pane->currentTool(), int(frmTools::History));
         QVERIFY(m_pane->isFolded() && m_pane->isVisible());
+    }
+
+    void droppedAddressesAndBookmarksJoinTheFolder()
+    {
+        QTreeView *tree = tool()->tree();
+        const auto dropOn = [tree](const QModelIndex &target, const QMimeData *data) {
+            // A drop reaches only the widget that took the drag when it entered.
+            const QPoint at = tree->visualRect(target).center();
+            QDragEnterEvent enter(at, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(tree->viewport(), &enter);
+            QDropEvent drop(QPointF(at), Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(tree->viewport(), &drop);
+        };
+        model()->fetchMore(folder(0));
+        model()->fetchMore(folder(2));
+        QMimeData address;
+        address.setText(url("/one"));
+        dropOn(folder(2), &address);
+        QCOMPARE(titles(model(), folder(2)).last(), url("/one"));
+        const QString moved = model()->index(0, 0, folder(0)).data().toString();
+        const std::unique_ptr<QMimeData> dragged(
+            model()->mimeData({model()->index(0, 0, folder(0))}));
+        dropOn(folder(2), dragged.get());
+        QCOMPARE(model()->rowCount(folder(0)), 3);
+        QCOMPARE(titles(model(), folder(2)).last(), moved);
     }
 };
 
