@@ -20,6 +20,7 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMimeData>
@@ -467,6 +468,51 @@ private slots:
         dropOn(folder(2), dragged.get());
         QCOMPARE(model()->rowCount(folder(0)), 3);
         QCOMPARE(titles(model(), folder(2)).last(), moved);
+    }
+
+    void menuEntriesFollowTheSelectedNode_data()
+    {
+        QTest::addColumn<int>("depth"); // -1 nothing, 0 root, 1 folder, 2 bookmark
+        QTest::addColumn<QString>("menu");
+        QTest::addColumn<QStringList>("enabled");
+        const QStringList adding = {u"mn_SortBkm"_s, u"mn_OpenAllBkm"_s, u"mn_StartBkmRoundtrip"_s,
+            u"mn_Hinzuvon"_s, u"mn_HinzuvonAll"_s, u"mn_HinzuvonLinks"_s, u"mn_Hinzuf_gen"_s};
+        QTest::newRow("nothing") << -1 << u"mn_Ordner"_s
+                                 << QStringList {u"mn_SortOrdner"_s, u"mn_AddOrdner"_s};
+        QTest::newRow("root") << 0 << u"mn_Bookmark"_s << QStringList();
+        QTest::newRow("folder, folder menu") << 1 << u"mn_Ordner"_s
+                                             << QStringList {u"mn_SortOrdner"_s, u"mn_AddOrdner"_s,
+                                                    u"mn_DelOrdner"_s, u"mn_AttrOrdner"_s};
+        QTest::newRow("folder, bookmark menu") << 1 << u"mn_Bookmark"_s << adding;
+        QTest::newRow("bookmark") << 2 << u"mn_Bookmark"_s
+                                  << adding
+                + QStringList {
+                    u"mn_OpenBkm"_s, u"mn_setHome"_s, u"mn_Loeschen"_s, u"mn_Eigenschaften"_s};
+    }
+
+    void menuEntriesFollowTheSelectedNode()
+    {
+        QFETCH(int, depth);
+        QFETCH(QString, menu);
+        QFETCH(QStringList, enabled);
+        QModelIndex node = depth < 0 ? QModelIndex() : model()->rootIndex();
+        if (depth >= 1)
+            node = folder(0);
+        if (depth == 2) {
+            model()->fetchMore(node);
+            node = model()->index(0, 0, node);
+        }
+        tool()->select(node);
+        QStringList found;
+        for (QAction *entry : tool()->menu(menu)->actions()) {
+            if (!entry->isSeparator() && !entry->menu() && entry->isEnabled())
+                found << entry->objectName();
+        }
+        found.sort();
+        enabled.sort();
+        QCOMPARE(found, enabled);
+        QCOMPARE(tool()->menuForSelection()->objectName(),
+            depth == 2 ? u"mn_Bookmark"_s : u"mn_Ordner"_s);
     }
 };
 
