@@ -168,18 +168,31 @@ BookEditing::AddBookmarkResult BookTreeModel::addBookmark(const QModelIndex &tar
     if (!folder)
         return {BookEditing::AddBookmarkResult::FolderUnreadable, nullptr, {}};
     fetch(folder);
-    const int row = folder->colBookmark ? int(folder->colBookmark->count()) : 0;
-    const QModelIndex parent = folderIndex(folder);
-    // The row is announced only once the bookmark is really there.
+    // Whatever would refuse the bookmark is found before its row is announced.
     BookEditing::AddBookmarkResult result;
+    if (!folder->colBookmark) {
+        result.status = BookEditing::AddBookmarkResult::FolderUnreadable;
+        return result;
+    }
+    if (folder->ItCounter >= 32767 || folder->colBookmark->count() >= 32767) {
+        result.status = BookEditing::AddBookmarkResult::FolderFull;
+        return result;
+    }
+    const QModelIndex parent = folderIndex(folder);
     if (duplicates == BookEditing::Duplicates::Ask && folderHasAddress(parent, url)) {
         result.status = BookEditing::AddBookmarkResult::DuplicateAddress;
         result.question = BookEditing::duplicateAddressQuestion(url);
         return result;
     }
+    const int row = int(folder->colBookmark->count());
     beginInsertRows(parent, row, row);
     result = BookEditing::addBookmark(m_book, *folder, title, url, BookEditing::Duplicates::Allow);
     endInsertRows();
+    // A damaged file's numbering can still leave no number free: show the folder anew.
+    if (!result.bookmark) {
+        beginResetModel();
+        endResetModel();
+    }
     return result;
 }
 
