@@ -20,9 +20,9 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMimeData>
 #include <QProcess>
 #include <QPushButton>
