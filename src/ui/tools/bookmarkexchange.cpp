@@ -17,7 +17,6 @@
 #include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
-#include <QTreeView>
 #include <QUrl>
 
 namespace {
@@ -177,12 +176,12 @@ void BookmarkExchange::importFile(const QString &path)
         written.LoadAllThema();
         outcome->applied = NetscapeImport::replaceArchive(written, outcome->parsed);
     });
-    m_tool->tree()->setEnabled(false);
+    m_tool->setBusy(true);
     connect(m_worker, &QThread::finished, this, [this, outcome, path] {
         m_poll->stop();
         m_worker->deleteLater();
         m_worker = nullptr;
-        m_tool->tree()->setEnabled(true);
+        m_tool->setBusy(false);
         const NetscapeImport::Result &result = outcome->parsed;
         if (result.status == NetscapeImport::Result::Imported && !m_cancel) {
             QApplication::setOverrideCursor(Qt::WaitCursor);

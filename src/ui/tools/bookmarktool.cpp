@@ -218,6 +218,18 @@ void BookmarkTool::updateMenus()
                "mn_OpenAllBkm", "mn_StartBkmRoundtrip"},
         dir || url);
     enable({"mn_OpenBkm", "mn_setHome", "mn_Loeschen", "mn_Eigenschaften"}, url);
+    if (m_busy) {
+        for (QAction *entry : std::as_const(m_actions))
+            entry->setEnabled(false);
+    }
+}
+
+void BookmarkTool::setBusy(bool busy)
+{
+    m_busy = busy;
+    m_tree->setEnabled(!busy);
+    m_band->setEnabled(!busy);
+    updateMenus();
 }
 
 QMenu *BookmarkTool::menuForSelection() const

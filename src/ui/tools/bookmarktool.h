@@ -46,6 +46,8 @@ public:
     void select(const QModelIndex &index);
     // Sets each entry's enabled state from the selected node.
     void updateMenus();
+    // While an import writes the archive, nothing may edit or save it.
+    void setBusy(bool busy);
     // The menu that fits the selected node ("edit").
     QMenu *menuForSelection() const;
 
@@ -94,4 +96,5 @@ private:
     QHash<QString, QMenu *> m_menus;
     QHash<QString, QAction *> m_actions;
     QList<Bookmark> m_openQueue;
+    bool m_busy = false;
 };

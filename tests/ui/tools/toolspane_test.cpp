@@ -390,6 +390,7 @@ private slots:
             QCOMPARE(yes.text, uiText(2211).arg(3));
         }
         QVERIFY(exchange->importRunning());
+        QVERIFY(!tool()->tree()->isEnabled() && !tool()->action(u"mn_Speichern"_s)->isEnabled());
         VERIFY_SOON(finished.size() == 1);
         const NetscapeImport::Result expected = NetscapeImport::readFile(file);
         QCOMPARE(model()->rowCount(model()->rootIndex()), expected.folders.size());
