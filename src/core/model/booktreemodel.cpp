@@ -306,7 +306,10 @@ QMimeData *BookTreeModel::mimeData(const QModelIndexList &indexes) const
     for (const QModelIndex &index : indexes) {
         if (const Bookmark *bookmark = bookmarkAt(index)) {
             keys << index.data(KeyRole).toString();
-            urls << QUrl(bookmark->URL);
+            // A script address never travels to where a drop would open it.
+            const QUrl url(bookmark->URL.trimmed());
+            if (url.scheme().compare(u"javascript", Qt::CaseInsensitive) != 0)
+                urls << url;
         }
     }
     if (keys.isEmpty())
