@@ -515,6 +515,31 @@ private slots:
         QCOMPARE(tool()->menuForSelection()->objectName(),
             depth == 2 ? u"mn_Bookmark"_s : u"mn_Ordner"_s);
     }
+
+    void treeKeysDeleteAndExportWhatIsSelected()
+    {
+        QTreeView *tree = tool()->tree();
+        model()->fetchMore(folder(0));
+        tool()->select(model()->index(0, 0, folder(0)));
+        QTest::keyClick(tree, Qt::Key_Delete);
+        QCOMPARE(model()->rowCount(folder(0)), 3);
+        QStringList titlesAsked;
+        tool()->exchange()->setSaveChooser([&](const QString &title, const QString &) {
+            titlesAsked << title;
+            return QString(); // cancelled: nothing is written
+        });
+        tool()->select(folder(0));
+        QTest::keyClick(tree, Qt::Key_E, Qt::ControlModifier);
+        tool()->select(model()->rootIndex());
+        QTest::keyClick(tree, Qt::Key_E, Qt::ControlModifier);
+        QCOMPARE(titlesAsked, QStringList({uiText(1006), uiText(1002)}));
+        // An empty folder goes at once.
+        for (int i = 0; i < 3; ++i)
+            model()->removeBookmark(model()->index(0, 0, folder(0)));
+        tool()->select(folder(0));
+        QTest::keyClick(tree, Qt::Key_Delete);
+        QCOMPARE(model()->rowCount(model()->rootIndex()), 2);
+    }
 };
 
 VANTRELL_ENGINE_TEST_MAIN(ToolsPaneTest)
