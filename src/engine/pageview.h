@@ -87,7 +87,8 @@ public:
     struct DocumentLinks
     {
         bool html = false;
-        QList<QStringList> anchors; // {resolved href, href attribute, document address}
+        // {resolved href, href attribute, document address, anchor text}
+        QList<QStringList> anchors;
     };
     void documentLinks(const std::function<void(const DocumentLinks &)> &result);
     // Type, title and href attribute of every LINK element, in document order.

@@ -1,6 +1,7 @@
 #include "app/tool/toolcontext.h"
 #include "core/base/clock.h"
 #include "core/base/uitexts.h"
+#include "core/exchange/bookmarkexport.h"
 #include "core/exchange/netscapeexport.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/exchange/textexports.h"
@@ -339,19 +340,13 @@ int BookmarksCommand::exportTo()
             return c.fail(ToolContext::UsageError, check.message);
     }
 
-    const QDateTime now = Clock::now();
-    QByteArray bytes;
-    if (format == u"netscape")
-        bytes = oneFolder ? NetscapeExport::folderBytes(*folders.first(), now)
-                          : NetscapeExport::archiveBytes(m_book, now);
-    else if (format == u"xml")
-        bytes = XmlExports::xmlBytes(folders, QStringLiteral("Lesezeichen"));
-    else if (format == u"rss")
-        bytes = XmlExports::rssBytes(folders, header, now, QStringLiteral("RSS 2.0"));
-    else if (format == u"text")
-        bytes = TextExports::textBytes(folders, !oneFolder, heading);
-    else
-        bytes = TextExports::htmlBytes(folders, !oneFolder);
+    BookmarkExport::Request request;
+    const int formatIndex = int(formats.indexOf(format));
+    request.format = BookmarkExport::Format(formatIndex);
+    request.folder = oneFolder ? folders.first() : nullptr;
+    request.heading = heading;
+    request.header = header;
+    const QByteArray bytes = BookmarkExport::bytes(m_book, request, Clock::now());
     QString error;
     if (!RecordFile::writeBytes(path, bytes, &error))
         return c.fail(

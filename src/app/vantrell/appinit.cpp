@@ -20,6 +20,7 @@
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
 #include "ui/frame/windowsets.h"
+#include "ui/tools/frmtools.h"
 
 #include <QAction>
 #include <QApplication>
@@ -162,6 +163,7 @@ int Main(int argc, char *argv[])
     if (prefer().MdiState() == 2)
         frame.setWindowState(Qt::WindowMaximized);
     frame.ApplyPreferences();
+    frmTools::attach(&frame);
 
     // The first window: the command line's address, the start page, or the start
     // page rendered as a feed.

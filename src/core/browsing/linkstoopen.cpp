@@ -7,27 +7,43 @@
 
 namespace LinksToOpen {
 
+bool isSkipped(const QStringList &anchor)
+{
+    const QString address = anchor.value(0).trimmed();
+    if (address.startsWith(QStringLiteral("javascript:"), Qt::CaseInsensitive)
+        || address.startsWith(QStringLiteral("mailto:"), Qt::CaseInsensitive))
+        return true;
+    // A "#" link to a place in the document that holds it.
+    const QUrl target(address);
+    const QUrl document(anchor.value(2));
+    return anchor.value(1).trimmed().startsWith(u'#')
+        || (target.hasFragment()
+            && target.adjusted(QUrl::RemoveFragment) == document.adjusted(QUrl::RemoveFragment));
+}
+
 QStringList select(const QList<QStringList> &anchors)
 {
     UniqSortStrCollection links;
     // Addresses differing only in letter case are different addresses.
     links.FindString(QString(), 1);
     for (const QStringList &anchor : anchors) {
-        const QString address = anchor.value(0).trimmed();
-        if (address.startsWith(QStringLiteral("javascript:"), Qt::CaseInsensitive)
-            || address.startsWith(QStringLiteral("mailto:"), Qt::CaseInsensitive))
-            continue;
-        // A "#" link to a place in the document that holds it.
-        const QUrl target(address);
-        const QUrl document(anchor.value(2));
-        if (anchor.value(1).trimmed().startsWith(u'#')
-            || (target.hasFragment()
-                && target.adjusted(QUrl::RemoveFragment)
-                    == document.adjusted(QUrl::RemoveFragment)))
-            continue;
-        links.Add(address);
+        if (!isSkipped(anchor))
+            links.Add(anchor.value(0).trimmed());
     }
     return links.SortedStrCollection();
+}
+
+QList<TitledLink> toBookmark(const QList<QStringList> &anchors)
+{
+    QList<TitledLink> links;
+    for (const QStringList &anchor : anchors) {
+        if (isSkipped(anchor))
+            continue;
+        const QString address = anchor.value(0).trimmed();
+        const QString text = anchor.value(3).simplified();
+        links.append({text.isEmpty() ? address : text, address});
+    }
+    return links;
 }
 
 bool needsNotice(int openWindows, int links, bool noticeSwitch)

@@ -7,6 +7,18 @@
 // "Open all links": which links of a page are opened, and when the user is asked first.
 namespace LinksToOpen {
 
+// Whether an anchor is a script or mail link, or a link to a place in its own document.
+bool isSkipped(const QStringList &anchor);
+
+// The links of a page as bookmarks, in page order, anchors given as for select() with
+// the anchor's text fourth: the text (or the address, when it has none) and the address.
+struct TitledLink
+{
+    QString title;
+    QString url;
+};
+QList<TitledLink> toBookmark(const QList<QStringList> &anchors);
+
 // Windows open + links to open from which the notice is shown.
 constexpr int NoticeThreshold = 16;
 

@@ -91,8 +91,6 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
     // Features this build does not have yet are shown, disabled, with a tool tip saying so.
     for (const char *key : {"Refresh", "Roundtrip", "RoundtripFrame", "BrowserSearch"})
         markUnavailable(entry(QLatin1String(key)));
-    markUnavailable(button(QStringLiteral("Bookm")));
-    button(QStringLiteral("Bookm"))->setToolTip(uiText(609) + u'\n' + uiText(2045));
     button(QStringLiteral("history"))->setEnabled(false);
 }
 
@@ -185,8 +183,10 @@ void BrowserToolbar::buttonClick(const QString &key)
         emit windowCommand(WindowCommand::Start);
     } else if (key == u"Mail") {
         startMail();
-    } else if (key == u"history" || key == u"Bookm") {
-        notAvailable();
+    } else if (key == u"Bookm") {
+        emit windowCommand(WindowCommand::Bookmarks);
+    } else if (key == u"history") {
+        emit windowCommand(WindowCommand::History);
     } else if (key == u"Save") {
         w->WebSave();
     } else if (key == u"Print") {

@@ -9,4 +9,6 @@ enum class WindowCommand {
     ClosePopups, // "ClosePopups": every window a page opened
     CloseAll, // "CloseallWin": every window, this one last
     CloseOthers, // "CloseOthers": every window but this one
+    Bookmarks, // "Bookm": the tools pane with the bookmark archive
+    History, // "history": the tools pane with the history
 };

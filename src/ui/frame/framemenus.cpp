@@ -30,11 +30,9 @@ namespace {
 // Entries whose feature this build does not have yet stay visible but disabled.
 const QStringList &unavailable()
 {
-    static const QStringList names = {QStringLiteral("mn_IEProp"), QStringLiteral("mn_Bookmarks"),
-        QStringLiteral("mn_Historie"),
-        QStringLiteral("mn_PictureList"), QStringLiteral("mn_DocStruct"),
-        QStringLiteral("mn_VisitallLinks"), QStringLiteral("mn_VisitallLinksInFrame"),
-        QStringLiteral("mn_SetRefresh")};
+    static const QStringList names = {QStringLiteral("mn_IEProp"), QStringLiteral("mn_PictureList"),
+        QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
+        QStringLiteral("mn_VisitallLinksInFrame"), QStringLiteral("mn_SetRefresh")};
     return names;
 }
 } // namespace
@@ -142,8 +140,11 @@ void FrameMenus::openSettings()
 void FrameMenus::buildToolsMenu()
 {
     QMenu *menu = m_frame->menuBar()->addMenu(uiText(300));
-    add(menu, QStringLiteral("mn_Bookmarks"), 301, nullptr);
-    add(menu, QStringLiteral("mn_Historie"), 302, nullptr);
+    // The tools pane connects to these when it is attached to the frame.
+    add(menu, QStringLiteral("mn_Bookmarks"), 301, nullptr)
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
+    add(menu, QStringLiteral("mn_Historie"), 302, nullptr)
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_H));
     menu->addSeparator();
     add(menu, QStringLiteral("mn_Email"), 305, [this] {
         if (!MailProgram::start())

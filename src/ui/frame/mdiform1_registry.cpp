@@ -119,6 +119,12 @@ void MDIForm1::runWindowCommand(frmBrowser *window, WindowCommand command)
     case WindowCommand::CloseOthers:
         CloseOtherBrowsers(window);
         break;
+    case WindowCommand::Bookmarks:
+        menuAction(QStringLiteral("mn_Bookmarks"))->trigger();
+        break;
+    case WindowCommand::History:
+        menuAction(QStringLiteral("mn_Historie"))->trigger();
+        break;
     }
 }
 

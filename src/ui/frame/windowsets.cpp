@@ -25,6 +25,14 @@ frmBrowser *openAddress(MDIForm1 &frame, const QString &address, bool asFeed)
 
 namespace WindowSets {
 
+frmBrowser *openBookmark(MDIForm1 &frame, const Bookmark &bookmark)
+{
+    frmBrowser *window = openAddress(frame, bookmark.URL, FeedMark::isFeedTitle(bookmark.Titel));
+    window->setAddressBarVisible(bookmark.Adresszeile != 0);
+    window->setToolbarVisible(bookmark.Toolbar != 0);
+    return window;
+}
+
 int openBookmarkFolder(
     MDIForm1 &frame, const QString &dataFolder, const QString &folderFile, QString *problem)
 {
@@ -40,11 +48,7 @@ int openBookmarkFolder(
         if (!folder.colBookmark)
             return opened;
         for (qsizetype b = 0; b < folder.colBookmark->count(); ++b) {
-            const Bookmark &bookmark = folder.colBookmark->at(b);
-            frmBrowser *window
-                = openAddress(frame, bookmark.URL, FeedMark::isFeedTitle(bookmark.Titel));
-            window->setAddressBarVisible(bookmark.Adresszeile != 0);
-            window->setToolbarVisible(bookmark.Toolbar != 0);
+            openBookmark(frame, folder.colBookmark->at(b));
             ++opened;
         }
         return opened;

@@ -3,6 +3,8 @@
 #include <QString>
 
 class MDIForm1;
+class frmBrowser;
+struct Bookmark;
 struct WindowDescription;
 
 // Sets of windows the frame opens or keeps: a bookmark folder's bookmarks, or the
@@ -10,6 +12,8 @@ struct WindowDescription;
 // for the status bar says what went wrong, if anything did.
 namespace WindowSets {
 
+// One bookmark in a new window, as a feed when its title says so, with its bars.
+frmBrowser *openBookmark(MDIForm1 &frame, const Bookmark &bookmark);
 int openBookmarkFolder(
     MDIForm1 &frame, const QString &dataFolder, const QString &folderFile, QString *problem);
 int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem);
