@@ -3,6 +3,8 @@
 #include "core/model/thema.h"
 #include "scratchfolder.h"
 
+#include <QRegularExpression>
+
 namespace {
 QList<QStringList> bookmarksOf(const Thema &folder)
 {
@@ -45,7 +47,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     Thema second = loaded(folder);
     second.IsEdit = true;
     FUZZ_ASSERT(second.SaveBookmarks().ok());
-    if (folder.read(QStringLiteral("1.bkm")) != once) {
+    // Reading drops one blank before each line break of a description, so blanks piled
+    // up before a break shrink by one with every save and load, by the file's own rule.
+    // Apart from that, a saved folder reads back as it was saved.
+    const auto settled = [](QList<QStringList> list) {
+        static const QRegularExpression blanksBeforeBreak(QStringLiteral(" +\r\n"));
+        for (QStringList &bookmark : list)
+            bookmark[3].replace(blanksBeforeBreak, QStringLiteral("\r\n"));
+        return list;
+    };
+    if (folder.read(QStringLiteral("1.bkm")) != once
+        && settled(bookmarksOf(second)) != settled(bookmarksOf(loaded(folder)))) {
         const QList<QStringList> a = bookmarksOf(second), b = bookmarksOf(loaded(folder));
         for (qsizetype i = 0; i < std::min(a.size(), b.size()); ++i) {
             for (qsizetype f = 0; f < a.at(i).size(); ++f) {
