@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebEngineCertificateError>
+#include <QWebEngineDownloadRequest>
 #include <QWebEngineFindTextResult>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineHistory>
@@ -335,9 +336,19 @@ void PageView::clearFind()
     m_page->findText(QString());
 }
 
-void PageView::savePage(const QString &path)
+void PageView::savePage(const QString &path, SaveFormat format)
 {
-    m_page->save(path);
+    switch (format) {
+    case SaveFormat::Complete:
+        m_page->save(path, QWebEngineDownloadRequest::CompleteHtmlSaveFormat);
+        break;
+    case SaveFormat::HtmlOnly:
+        m_page->save(path, QWebEngineDownloadRequest::SingleHtmlSaveFormat);
+        break;
+    case SaveFormat::Archive:
+        m_page->save(path, QWebEngineDownloadRequest::MimeHtmlSaveFormat);
+        break;
+    }
 }
 
 void PageView::print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done)

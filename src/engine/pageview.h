@@ -96,7 +96,12 @@ public:
     // Replaces the body of the shown document by the given markup.
     void setBodyHtml(const QString &html);
 
-    void savePage(const QString &path);
+    enum class SaveFormat {
+        Complete, // the page and, in a "_files" folder beside it, what it shows
+        HtmlOnly,
+        Archive, // one MHTML file
+    };
+    void savePage(const QString &path, SaveFormat format);
     // Prints the page. The view keeps the printer until the engine is done with it and
     // frees it then, even when the view itself has gone away meanwhile; `done` runs only
     // while the view is there. While a print runs, another one is refused (done(false)).

@@ -2,6 +2,7 @@
 // page and zoom. Errors of these commands are swallowed: they leave the window as it was.
 #include "core/base/appinfo.h"
 #include "core/base/uitexts.h"
+#include "core/browsing/savename.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/busyindicator.h"
@@ -68,13 +69,22 @@ void frmBrowser::WebSave()
 {
     if (LocationURL().isEmpty())
         return;
-    QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
     QString name = LocationName();
     name.replace(u'/', u'_');
-    const QString path = QFileDialog::getSaveFileName(
-        this, uiText(611), folder + u'/' + name + QStringLiteral(".html"));
-    if (!path.isEmpty())
-        page()->savePage(path);
+    // The three ways to keep a page, each with the suffix its file gets.
+    const QStringList filters = {uiText(2124), uiText(2125), uiText(2126)};
+    QString chosen = filters.first();
+    const QString path = QFileDialog::getSaveFileName(this, uiText(611),
+        folder + u'/' + name + QStringLiteral(".html"), filters.join(QStringLiteral(";;")),
+        &chosen);
+    if (path.isEmpty())
+        return;
+    const auto format = PageView::SaveFormat(std::max<qsizetype>(0, filters.indexOf(chosen)));
+    const bool archive = format == PageView::SaveFormat::Archive;
+    page()->savePage(
+        SaveName::withSuffix(path, archive ? SaveName::Kind::Archive : SaveName::Kind::Html),
+        format);
 }
 
 void frmBrowser::WebPrint()

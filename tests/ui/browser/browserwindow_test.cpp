@@ -1,4 +1,5 @@
 #include "core/base/uitexts.h"
+#include "core/browsing/savename.h"
 #include "core/browsing/usercommand.h"
 #include "core/prefs/prefer.h"
 #include "engine/downloads.h"
@@ -16,7 +17,9 @@
 #include <QAction>
 #include <QComboBox>
 #include <QCompleter>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -86,6 +89,7 @@ private slots:
             titled("Geo", {},
                 "<script>navigator.geolocation.getCurrentPosition("
                 "() => fetch('/granted'), e => fetch('/denied?' + e.code));</script>"));
+        m_server.setPage(u"/pictured"_s, titled("Bild", "<img src='/image.png'>"));
         m_server.setPage(u"/fruit"_s, titled("Obst", "Apfel, Birne, Apfel und noch ein Apfel."));
         m_server.setPage(u"/announce"_s,
             titled("Feeds", {},
@@ -119,6 +123,31 @@ private slots:
     }
 
     void cleanupTestCase() { delete m_frame; }
+
+    void savedPageFilesHoldTheirFormat()
+    {
+        Downloads downloads(WebEngineSetup::profile()); // takes the saves as the program does
+        frmBrowser *window = openOn("/pictured", "Bild");
+        QTemporaryDir folder;
+        using Format = PageView::SaveFormat;
+        const QString archive
+            = SaveName::withSuffix(folder.filePath(u"seite.html"_s), SaveName::Kind::Archive);
+        QCOMPARE(archive, folder.filePath(u"seite.html.mhtml"_s));
+        const auto read = [&](const QString &name) {
+            QFile file(folder.filePath(name));
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        window->page()->savePage(archive, Format::Archive);
+        VERIFY_SOON(read(u"seite.html.mhtml"_s).contains("MIME-Version: 1.0"));
+        window->page()->savePage(folder.filePath(u"komplett.html"_s), Format::Complete);
+        VERIFY_SOON(QDir(folder.filePath(u"komplett_files"_s)).entryList(QDir::Files).size() == 1);
+        VERIFY_SOON(read(u"komplett.html"_s).contains("komplett_files/"));
+        window->page()->savePage(folder.filePath(u"nur.htm"_s), Format::HtmlOnly);
+        VERIFY_SOON(read(u"nur.htm"_s).contains("<title>Bild</title>"));
+        QVERIFY(!QFileInfo::exists(folder.filePath(u"nur_files"_s)));
+        QCOMPARE(SaveName::withSuffix(u"/x/a.MHT"_s, SaveName::Kind::Archive), u"/x/a.MHT"_s);
+        QCOMPARE(SaveName::withSuffix(u"/x/a.mhtml"_s, SaveName::Kind::Html), u"/x/a.mhtml.html"_s);
+    }
 
     void addressBarHistoryBackForwardAndZoomOfOneWindow()
     {
