@@ -30,7 +30,8 @@ QStringList select(const QList<QStringList> &anchors)
         if (!isSkipped(anchor))
             links.Add(anchor.value(0).trimmed());
     }
-    return links.SortedStrCollection();
+    // In the order of the page, as a reader meets them.
+    return links.StrCollection();
 }
 
 QList<TitledLink> toBookmark(const QList<QStringList> &anchors)

@@ -24,7 +24,7 @@ constexpr int NoticeThreshold = 16;
 
 // The addresses to open from a page's anchors, each given as {resolved address, href as
 // written, address of the document that holds it}: no script or mail links, no links to
-// a place in the same document, each address once (exact comparison), sorted.
+// a place in the same document, each address once (exact comparison), in page order.
 QStringList select(const QList<QStringList> &anchors);
 
 // Whether the notice comes before opening `links` addresses while `openWindows` are open.

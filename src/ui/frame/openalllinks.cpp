@@ -77,14 +77,26 @@ void OpenAllLinks::open(const QStringList &addresses)
 void OpenAllLinks::openNext()
 {
     // One window per turn of the event loop, so the program stays responsive while
-    // many windows open.
-    if (m_queue.isEmpty())
+    // many windows open, and only a handful loading at once, so that each of them
+    // gets its page soon instead of all of them crawling together.
+    if (m_queue.isEmpty() || m_loading.size() >= MaxLoading)
         return;
-    m_frame->OpenNewBrowser(m_queue.takeFirst());
+    frmBrowser *window = m_frame->OpenNewBrowser(m_queue.takeFirst());
     ++m_opened;
+    m_loading.append(window);
+    connect(window->page(), &PageView::loadFinished, this, [this, window] { loaded(window); });
+    connect(window, &QObject::destroyed, this, [this, window] { loaded(window); });
+    QTimer::singleShot(m_loadTimeoutMs, this, [this, window] { loaded(window); });
     if (m_queue.isEmpty()) {
         emit finished(std::exchange(m_opened, 0));
         return;
     }
     QTimer::singleShot(0, this, &OpenAllLinks::openNext);
+}
+
+void OpenAllLinks::loaded(frmBrowser *window)
+{
+    // Only the pointer is compared: the window may be gone.
+    if (m_loading.removeOne(window))
+        QTimer::singleShot(0, this, &OpenAllLinks::openNext);
 }

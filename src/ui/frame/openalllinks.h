@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -29,8 +30,14 @@ public:
     bool noticeSwitch() const { return m_noticeSwitch; }
     void setNoticeSwitch(bool on) { m_noticeSwitch = on; }
 
-    // Reads the links of the window's page (an HTML document only) and opens them.
+    // Reads the links of the window's page (an HTML document only) and opens them, in
+    // the order of the page.
     void run(frmBrowser *window);
+
+    // At most this many of the new windows load at once; the next opens when one has
+    // loaded, or has tried for the load time-out.
+    static constexpr int MaxLoading = 4;
+    void setLoadTimeoutMs(int ms) { m_loadTimeoutMs = ms; }
 
 signals:
     // The windows of a run have been opened (none when it was declined or found no links).
@@ -39,10 +46,13 @@ signals:
 private:
     void open(const QStringList &addresses);
     void openNext();
+    void loaded(frmBrowser *window);
 
     MDIForm1 *m_frame;
     Confirmation m_confirm = &OpenAllLinks::askUser;
     bool m_noticeSwitch = true;
     QStringList m_queue;
     int m_opened = 0;
+    QList<const frmBrowser *> m_loading;
+    int m_loadTimeoutMs = 20000;
 };

@@ -119,6 +119,11 @@ private slots:
                 "<a href='JavaScript:void(0)'>s</a><a href='#top'>t</a>"
                 "<a href='/links#part'>p</a><iframe src='/inner'></iframe>"));
         m_server.setPage(u"/inner"_s, titled("Inner", "<a href='/t/3'>3</a>"));
+        m_server.setSilent(u"/never"_s);
+        m_server.setPage(u"/silent-links"_s,
+            titled("Silent links",
+                "<a href='/never?1'>1</a><a href='/never?2'>2</a><a href='/never?3'>3</a>"
+                "<a href='/never?4'>4</a><a href='/never?5'>5</a><a href='/never?6'>6</a>"));
         m_server.setPage(u"/image.png"_s, EngineTest::pixelPng(), "image/png");
     }
 
@@ -652,7 +657,7 @@ private slots:
         QVERIFY(finished.wait());
         QCOMPARE(finished.last().first().toInt(), 4);
         QCOMPARE(asked.size(), 1);
-        const QStringList expected = {url("/T/1"), url("/t/1"), url("/t/2"), url("/t/3")};
+        const QStringList expected = {url("/t/2"), url("/t/1"), url("/T/1"), url("/t/3")};
         VERIFY_SOON(requested(frame.browsers().mid(12)) == expected);
 
         // A document that is no HTML has no links to open.
@@ -661,6 +666,18 @@ private slots:
         links->run(image);
         QVERIFY(finished.wait());
         QCOMPARE(finished.last().first().toInt(), 0);
+
+        // Only a handful load at once; a page that never answers holds its place for
+        // the load time-out only.
+        links->setLoadTimeoutMs(1500);
+        frmBrowser *silent = open(frame, "/silent-links", "Silent links");
+        links->run(silent);
+        VERIFY_SOON(m_server.requestCount(u"/never"_s) == OpenAllLinks::MaxLoading);
+        EngineTest::waitUntil([] { return false; }, 500);
+        QCOMPARE(m_server.requestCount(u"/never"_s), OpenAllLinks::MaxLoading);
+        QVERIFY(finished.wait(20000));
+        QCOMPARE(finished.last().first().toInt(), 6);
+        VERIFY_SOON(m_server.requestCount(u"/never"_s) == 6);
     }
 
     void noticeDialogShowsTheTextAndRemembersItsCheckBox()
