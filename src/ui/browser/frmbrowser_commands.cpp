@@ -10,6 +10,7 @@
 #include "ui/browser/frmbrowser.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QPointer>
@@ -106,8 +107,12 @@ void frmBrowser::WebPrintPreview()
     QPrinter printer(QPrinter::HighResolution);
     QPrintPreviewDialog preview(&printer, this);
     // The preview paints synchronously; the view waits for the engine.
-    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
-        [this](QPrinter *target) { page()->printInto(target); });
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter *target) {
+        // The engine renders every page before the preview can show one.
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        page()->printInto(target);
+        QApplication::restoreOverrideCursor();
+    });
     preview.exec();
 }
 

@@ -62,8 +62,11 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
     connect(window, &frmBrowser::tabRefreshRequested, this, [this, window, sub] {
         sub->setWindowTitle(window->Caption());
         UpdateTab(window->Caption(), window->ID);
-        if (window == activeBrowser())
+        if (window == activeBrowser()) {
             setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
+            // The active window has an address now: it can be cloned.
+            m_menus->syncEnabled();
+        }
     });
     connect(window, &frmBrowser::historyEntry, this, &MDIForm1::AddToHistory);
     window->setHistoryAvailable(!m_history.isEmpty());

@@ -142,6 +142,7 @@ private slots:
         const int index = frame.tabStrip()->indexOfKey(u"[1]"_s);
         QCOMPARE(frame.tabStrip()->tabText(index), u"Tom && Jerry"_s);
         QCOMPARE(frame.tabStrip()->tabToolTip(index), u"Tom & Jerry"_s);
+        QVERIFY(frame.menuAction(u"mn_CloneBrowser"_s)->isEnabled());
         QVERIFY(frame.windowTitle().endsWith(u"Tom & Jerry"_s));
         window->commands()->menuClick(window->commands()->entry(u"Cloneit"_s));
         QCOMPARE(frame.browsers().size(), 2);
