@@ -121,7 +121,7 @@ void frmBrowser::connectPage()
         if (!mainFrame)
             return;
         // Leaving the feed page, by whatever way, ends showing the feed.
-        if (!(url.scheme() == WebEngineSetup::schemeName() && url.host() == u"page"))
+        if (!isGeneratedPage(url))
             FeedSourceUrl.clear();
         startBusyPoll();
         LastRequestUrl = url.toString();
@@ -263,7 +263,8 @@ void frmBrowser::Navigate(const QString &url)
 
 void frmBrowser::onNavigateComplete(const QUrl &url)
 {
-    const QString location = url.toString();
+    // A feed is shown as a page of the program's own; the user sees the feed's address.
+    const QString location = isGeneratedPage(url) ? FeedSourceUrl : url.toString();
     if (!location.isEmpty()) {
         // Most recently used first, no duplicates.
         AddressUpdating = true;
@@ -328,7 +329,13 @@ void frmBrowser::updateSecureState(bool loaded)
 
 QString frmBrowser::LocationURL() const
 {
-    return m_page->url().toString();
+    const QUrl shown = m_page->url();
+    return isGeneratedPage(shown) && !FeedSourceUrl.isEmpty() ? FeedSourceUrl : shown.toString();
+}
+
+bool frmBrowser::isGeneratedPage(const QUrl &url)
+{
+    return url.scheme() == WebEngineSetup::schemeName() && url.host() == u"page";
 }
 
 QString frmBrowser::LocationName() const

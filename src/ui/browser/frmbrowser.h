@@ -84,7 +84,10 @@ public:
 
     // The caption the frame shows for this window (its page title, or its address).
     QString Caption() const;
+    // The address the user knows the page by: a feed's own address while it is shown.
     QString LocationURL() const;
+    // A page the program made (a feed page), never shown to the user by its address.
+    static bool isGeneratedPage(const QUrl &url);
     QString LocationName() const;
 
     bool addressBarVisible() const;

@@ -299,7 +299,13 @@ frmBrowser *MDIForm1::CloneActive()
     if (!IsCloneable())
         return nullptr;
     frmBrowser *source = activeBrowser();
-    frmBrowser *clone = OpenNewBrowser(source->LocationURL());
+    frmBrowser *clone = nullptr;
+    if (source->FeedSourceUrl.isEmpty()) {
+        clone = OpenNewBrowser(source->LocationURL());
+    } else {
+        clone = CreateBrowser(BrowserKind::MDI);
+        clone->LoadFeed(source->FeedSourceUrl);
+    }
     clone->setAddressBarVisible(source->addressBarVisible());
     clone->setToolbarVisible(source->toolbarVisible());
     return clone;

@@ -369,6 +369,14 @@ private slots:
         // Home renders the feed home page here; taken as the home page, it stays a feed.
         bar->buttonClick(u"Home"_s);
         VERIFY_SOON(window->FeedSourceUrl == url("/feeds/one.xml") && shows(window, "Testfeed"));
+        // The user sees the feed's own address everywhere, and a clone shows the feed.
+        QCOMPARE(window->LocationURL(), url("/feeds/one.xml"));
+        VERIFY_SOON(window->addressBox()->currentText() == url("/feeds/one.xml"));
+        VERIFY_SOON(m_frame->history().last().URL() == url("/feeds/one.xml"));
+        m_frame->mdiArea()->setActiveSubWindow(
+            qobject_cast<QMdiSubWindow *>(window->parentWidget()));
+        frmBrowser *clone = m_frame->CloneActive();
+        VERIFY_SOON(clone->FeedSourceUrl == url("/feeds/one.xml") && shows(clone, "Testfeed"));
         window->SetHomepage();
         QCOMPARE(prefer().HomeUrl(), url("/feeds/one.xml"));
         QVERIFY(prefer().HomeTitle().startsWith(u"<FEED />"_s));
