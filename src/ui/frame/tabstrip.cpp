@@ -102,3 +102,14 @@ void TabStrip::mousePressEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton && index >= 0)
         emit tabLeftClicked(keyAt(index));
 }
+
+QSize TabStrip::minimumTabSizeHint(int index) const
+{
+    QSize hint = QTabBar::minimumTabSizeHint(index);
+    const bool across = shape() == RoundedNorth || shape() == RoundedSouth
+        || shape() == TriangularNorth || shape() == TriangularSouth;
+    const int readable = fontMetrics().horizontalAdvance(QLatin1Char('x')) * 14;
+    if (across)
+        hint.setWidth(std::max(hint.width(), std::min(readable, tabSizeHint(index).width())));
+    return hint;
+}

@@ -33,4 +33,7 @@ signals:
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
+    // With many windows a caption keeps enough room to be read; the strip scrolls
+    // instead of squeezing every tab to an ellipsis.
+    QSize minimumTabSizeHint(int index) const override;
 };

@@ -437,6 +437,24 @@ private slots:
         QVERIFY2(clashes.isEmpty(), qPrintable(clashes.join(u"\n"_s)));
     }
 
+    void manyTabsStayReadableAndTheStripScrolls()
+    {
+        MDIForm1 frame;
+        frame.resize(1000, 700);
+        frame.show();
+        for (int i = 0; i < 25; ++i)
+            frame.NewBrowser(url("/one"));
+        const TabStrip *strip = frame.tabStrip();
+        VERIFY_SOON(strip->tabText(24) == u"One"_s);
+        const int readable = strip->fontMetrics().horizontalAdvance(u"One"_s);
+        for (int i = 0; i < strip->count(); ++i)
+            QVERIFY(strip->tabRect(i).width() > readable);
+        // Together wider than the strip: it scrolls rather than squeezing them.
+        QVERIFY(strip->tabRect(24).right() - strip->tabRect(0).left() > strip->width());
+        frame.SetTabAlign(3); // at the bottom, pointing down
+        QCOMPARE(strip->shape(), QTabBar::RoundedSouth);
+    }
+
     void pageWindowsFollowTheSwitches()
     {
         MDIForm1 frame;
