@@ -109,8 +109,11 @@ private slots:
         MDIForm1 frame;
         frame.show();
         frmBrowser *window = openOn(frame, m_server.url(u"/one"_s).toString(), "One");
-        frame.mdiArea()->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window->parentWidget()));
         for (const char *preset : {"preset300", "preset0"}) {
+            // The closed dialog took the activation with it; the offscreen frame does not
+            // get it back as a desktop's would.
+            frame.mdiArea()->setActiveSubWindow(
+                qobject_cast<QMdiSubWindow *>(window->parentWidget()));
             frame.menuAction(u"mn_SetRefresh"_s)->trigger();
             auto *dialog = window->findChild<RefreshDialog *>();
             QVERIFY(dialog && dialog->isVisible());
