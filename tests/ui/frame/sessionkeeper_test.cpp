@@ -7,7 +7,6 @@
 #include "ui/browser/infobar.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/sessionkeeper.h"
-#include "ui/frame/twips.h"
 
 #include <QFile>
 #include <QMdiSubWindow>
@@ -24,65 +23,58 @@ class SessionKeeperTest : public QObject
     LocalHttpServer m_server;
     const QString m_path = AppInfo::dataFile(SessionFile::fileName());
 
-    static QPushButton *button(MDIForm1 &frame, int textId)
+    static void click(MDIForm1 &frame, int textId)
     {
         for (auto *button : frame.infoBar()->findChildren<QPushButton *>()) {
             if (button->text() == uiText(textId))
-                return button;
+                button->click();
         }
-        return nullptr;
+    }
+    static QMdiSubWindow *subOf(frmBrowser *window)
+    {
+        return qobject_cast<QMdiSubWindow *>(window->parentWidget());
     }
 
 private slots:
-    void initTestCase()
-    {
-        UiTexts::load(UiTexts::Language::German);
-        m_server.setPage(u"/one"_s, titled("One"));
-        m_server.setPage(u"/two"_s, titled("Two"));
-        m_server.setPage(u"/three"_s, titled("Three"));
-    }
+    void initTestCase() { UiTexts::load(UiTexts::Language::German); }
     void init() { EngineTest::failOnWarnings(); }
 
     void windowsLeftByAnUncleanEndAreAddedOnRestore()
     {
-        QRect normalTwo;
+        for (const char *page : {"One", "Two", "Three"})
+            m_server.setPage(u'/' + QLatin1String(page), titled(page));
         {
             MDIForm1 frame;
-            frame.resize(1000, 700);
             frame.show();
-            auto *keeper = new SessionKeeper(frame, m_path);
-            QCOMPARE(keeper->offerRestore(), 0);
-            QVERIFY(keeper->isKeeping());
-            openOn(frame, m_server.url(u"/one"_s).toString(), "One");
-            auto *two = openOn(frame, m_server.url(u"/two"_s).toString(), "Two");
-            auto *sub = qobject_cast<QMdiSubWindow *>(two->parentWidget());
-            sub->setGeometry(40, 30, 500, 400);
-            normalTwo = sub->geometry();
-            sub->showMinimized();
+            QCOMPARE((new SessionKeeper(frame, m_path))->offerRestore(), 0);
+            openOn(frame, m_server.url(u"/One"_s).toString(), "One");
+            QMdiSubWindow *two = subOf(openOn(frame, m_server.url(u"/Two"_s).toString(), "Two"));
+            two->setGeometry(40, 30, 500, 400);
+            waitUntil([] { return false; }, SessionKeeper::WriteDelayMs + 1000);
+            // Written only when something changed: a removed file stays away until then.
+            QVERIFY(QFile::remove(m_path));
+            waitUntil([] { return false; }, SessionKeeper::WriteDelayMs + 1000);
+            QVERIFY(!QFile::exists(m_path));
+            two->showMinimized();
+            // Kept minimised, with its normal size, read without showing the window.
             VERIFY_SOON(Layout::LoadLayout(m_path).windows.value(1).windowState == 1);
-            // The minimised window keeps its normal geometry, read without showing it.
-            const WindowDescription saved = Layout::LoadLayout(m_path).windows.at(1);
-            QCOMPARE(saved.caption, u"Two"_s);
-            QCOMPARE(qRound(saved.width), int(Twips::fromPixels(500, &frame)));
-            QVERIFY(sub->isMinimized());
+            QCOMPARE(Layout::LoadLayout(m_path).windows.at(1).caption, u"Two"_s);
+            QVERIFY(two->isMinimized());
         } // gone without quitting: the file stays
 
         MDIForm1 frame;
-        frame.resize(1000, 700);
         frame.show();
-        openOn(frame, m_server.url(u"/three"_s).toString(), "Three");
+        openOn(frame, m_server.url(u"/Three"_s).toString(), "Three");
         auto *keeper = new SessionKeeper(frame, m_path);
         QCOMPARE(keeper->offerRestore(), 2);
         QCOMPARE(frame.infoBar()->text(), u"Die 2 Fenster der letzten Sitzung wiederherstellen?"_s);
-        // Unanswered, the old session is neither written over nor removed at quit.
+        // While the question is open, the old session is not written over.
         QVERIFY(!keeper->isKeeping());
-        button(frame, 2502)->click();
+        click(frame, 2502);
         QCOMPARE(frame.browsers().size(), 3);
         VERIFY_SOON(frame.browsers().at(2)->Title == u"Two");
-        auto *restored = qobject_cast<QMdiSubWindow *>(frame.browsers().at(2)->parentWidget());
-        QVERIFY(restored->isMinimized());
-        restored->showNormal();
-        QCOMPARE(restored->geometry().size(), normalTwo.size());
+        subOf(frame.browsers().at(2))->showNormal();
+        QCOMPARE(subOf(frame.browsers().at(2))->size(), QSize(500, 400));
         VERIFY_SOON(Layout::LoadLayout(m_path).windows.size() == 3);
         keeper->finish();
         QVERIFY(!QFile::exists(m_path));
@@ -90,25 +82,19 @@ private slots:
 
     void dismissRemovesTheSessionAndADamagedOneIsMovedAside()
     {
-        WindowDescription blank;
-        blank.address = u"about:blank"_s;
-        QVERIFY(SessionFile(m_path).store({blank}));
+        QVERIFY(SessionFile(m_path).store({WindowDescription()}));
         MDIForm1 frame;
         frame.show();
-        auto *keeper = new SessionKeeper(frame, m_path);
-        QCOMPARE(keeper->offerRestore(), 1);
+        QCOMPARE((new SessionKeeper(frame, m_path))->offerRestore(), 1);
         QCOMPARE(frame.infoBar()->text(), uiText(2501));
-        button(frame, 2503)->click();
+        click(frame, 2503);
         QVERIFY(frame.browsers().isEmpty());
         QVERIFY(!QFile::exists(m_path));
-        QVERIFY(keeper->isKeeping());
 
         QFile damaged(m_path);
-        QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write("not a layout");
+        QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write("not a layout") > 0);
         damaged.close();
-        auto *again = new SessionKeeper(frame, m_path);
-        QCOMPARE(again->offerRestore(), 0);
+        QCOMPARE((new SessionKeeper(frame, m_path))->offerRestore(), 0);
         QVERIFY(frame.infoBar()->isHidden());
         QVERIFY(frame.statusText().contains(u".bad-"_s));
         QVERIFY(!QFile::exists(m_path));
