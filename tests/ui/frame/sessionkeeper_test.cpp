@@ -9,7 +9,6 @@
 #include "ui/frame/sessionkeeper.h"
 
 #include <QFile>
-#include <QMdiSubWindow>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -30,10 +29,6 @@ class SessionKeeperTest : public QObject
                 button->click();
         }
     }
-    static QMdiSubWindow *subOf(frmBrowser *window)
-    {
-        return qobject_cast<QMdiSubWindow *>(window->parentWidget());
-    }
 
 private slots:
     void initTestCase() { UiTexts::load(UiTexts::Language::German); }
@@ -48,7 +43,7 @@ private slots:
             frame.show();
             QCOMPARE((new SessionKeeper(frame, m_path))->offerRestore(), 0);
             openOn(frame, m_server.url(u"/One"_s).toString(), "One");
-            QMdiSubWindow *two = subOf(openOn(frame, m_server.url(u"/Two"_s).toString(), "Two"));
+            QWidget *two = openOn(frame, m_server.url(u"/Two"_s).toString(), "Two")->parentWidget();
             two->setGeometry(40, 30, 500, 400);
             waitUntil([] { return false; }, SessionKeeper::WriteDelayMs + 1000);
             // Written only when something changed: a removed file stays away until then.
@@ -58,7 +53,6 @@ private slots:
             two->showMinimized();
             // Kept minimised, with its normal size, read without showing the window.
             VERIFY_SOON(Layout::LoadLayout(m_path).windows.value(1).windowState == 1);
-            QCOMPARE(Layout::LoadLayout(m_path).windows.at(1).caption, u"Two"_s);
             QVERIFY(two->isMinimized());
         } // gone without quitting: the file stays
 
@@ -73,8 +67,8 @@ private slots:
         click(frame, 2502);
         QCOMPARE(frame.browsers().size(), 3);
         VERIFY_SOON(frame.browsers().at(2)->Title == u"Two");
-        subOf(frame.browsers().at(2))->showNormal();
-        QCOMPARE(subOf(frame.browsers().at(2))->size(), QSize(500, 400));
+        frame.browsers().at(2)->parentWidget()->showNormal();
+        QCOMPARE(frame.browsers().at(2)->parentWidget()->size(), QSize(500, 400));
         VERIFY_SOON(Layout::LoadLayout(m_path).windows.size() == 3);
         keeper->finish();
         QVERIFY(!QFile::exists(m_path));
