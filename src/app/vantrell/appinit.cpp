@@ -7,15 +7,18 @@
 #include "core/base/quitsignals.h"
 #include "core/base/singleinstance.h"
 #include "core/base/uitexts.h"
+#include "core/model/sessionfile.h"
 #include "core/prefs/prefer.h"
 #include "engine/downloads.h"
 #include "engine/webenginesetup.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/browser/infobar.h"
 #include "ui/desktop/mailwatcher.h"
 #include "ui/desktop/passwordstore.h"
 #include "ui/frame/appicon.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
+#include "ui/frame/sessionkeeper.h"
 #include "ui/frame/statuspanels.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
@@ -188,6 +191,18 @@ int Main(int argc, char *argv[])
         frame.setStatusText(uiText(2000).arg(prefPath, prefer().movedAsidePath()));
     runStartOption(frame, dataFolder);
 
+    // The windows of a session that ended without quitting are offered in addition to
+    // those just opened; from then on this session's windows are kept.
+    auto *session = new SessionKeeper(frame, AppInfo::dataFile(SessionFile::fileName()));
+    if (session->offerRestore() > 0) {
+        // Tests answer the offer as the buttons would.
+        const QString answer = qEnvironmentVariable("VANTRELL_RESTORE");
+        if (answer == u"yes")
+            frame.infoBar()->choose(1);
+        else if (answer == u"no")
+            frame.infoBar()->choose(2);
+    }
+
     // The mail check; starting the mail program, or a click on the notice, hides it.
     auto *mail = new MailWatcher(&frame);
     StatusPanels *panels = frame.menus()->statusPanels();
@@ -207,6 +222,7 @@ int Main(int argc, char *argv[])
     QObject::connect(&app, &QGuiApplication::commitDataRequest, &frame,
         [&frame](QSessionManager &) { frame.Unload(); });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &frame, &MDIForm1::Unload);
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, session, &SessionKeeper::finish);
     return app.exec();
 }
 

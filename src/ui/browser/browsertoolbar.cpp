@@ -89,7 +89,7 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
         }
     }
     // Features this build does not have yet are shown, disabled, with a tool tip saying so.
-    for (const char *key : {"Refresh", "Roundtrip", "RoundtripFrame", "BrowserSearch"})
+    for (const char *key : {"Roundtrip", "RoundtripFrame", "BrowserSearch"})
         markUnavailable(entry(QLatin1String(key)));
     button(QStringLiteral("history"))->setEnabled(false);
 }
@@ -212,8 +212,9 @@ void BrowserToolbar::menuClick(QAction *entry)
         w->WebPrintPreview();
     } else if (key == u"print") {
         w->WebPrint();
-    } else if (key == u"Refresh" || key == u"Roundtrip" || key == u"RoundtripFrame"
-        || key == u"BrowserSearch") {
+    } else if (key == u"Refresh") {
+        w->SetRefresh();
+    } else if (key == u"Roundtrip" || key == u"RoundtripFrame" || key == u"BrowserSearch") {
         notAvailable();
     } else if (key == u"Cloneit") {
         emit windowCommand(WindowCommand::Clone);

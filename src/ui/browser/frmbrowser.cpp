@@ -2,6 +2,7 @@
 
 #include "core/base/uitexts.h"
 #include "core/browsing/addressinput.h"
+#include "core/browsing/autorefresh.h"
 #include "core/browsing/newwindowpolicy.h"
 #include "core/browsing/usercommand.h"
 #include "core/prefs/prefer.h"
@@ -43,6 +44,8 @@ frmBrowser::frmBrowser(const QString &startUrl, QWidget *parent)
     m_busyPoll = new QTimer(this);
     m_busyPoll->setInterval(BusyPollMs);
     connect(m_busyPoll, &QTimer::timeout, this, &frmBrowser::pollTick);
+    m_refresh = new AutoRefresh(this);
+    connect(m_refresh, &AutoRefresh::due, this, &frmBrowser::refreshNow);
     buildBars();
     m_findBar = new FindBar(m_page, this);
 
@@ -141,6 +144,7 @@ void frmBrowser::connectPage()
             emit historyEntry(url, LocationName());
         pollTick();
         CollectXmlFeed();
+        refreshLoadFinished(ok);
     });
     connect(m_page, &PageView::closeRequested, this, &frmBrowser::closeRequested);
     // The print dialog runs after the engine's call has returned.
@@ -455,12 +459,14 @@ void frmBrowser::setAddressBarVisible(bool visible)
 {
     m_addressBand->setVisible(visible);
     m_coolBar->setVisible(addressBarVisible() || toolbarVisible());
+    emit barsChanged();
 }
 
 void frmBrowser::setToolbarVisible(bool visible)
 {
     m_toolBar->setVisible(visible);
     m_coolBar->setVisible(addressBarVisible() || toolbarVisible());
+    emit barsChanged();
 }
 
 bool frmBrowser::isBrowserVisible() const

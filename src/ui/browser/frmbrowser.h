@@ -9,9 +9,11 @@
 #include <QString>
 #include <QWidget>
 
+#include <chrono>
 #include <functional>
 #include <utility>
 
+class AutoRefresh;
 class BrowserToolbar;
 class BusyIndicator;
 class FeedLoader;
@@ -121,6 +123,18 @@ public:
     void showFindBar();
     FindBar *findBar() const { return m_findBar; }
 
+    // Auto-refresh: the interval dialog, and the interval it sets (zero ends it; the
+    // dialog keeps to whole seconds, tests may use less). "Stop" ends it as well.
+    void SetRefresh();
+    void setRefreshInterval(std::chrono::milliseconds interval, bool markChanges = false);
+    AutoRefresh *autoRefresh() const { return m_refresh; }
+    // What the window's tab tool tip adds to its caption: the refresh interval, a failed
+    // refresh, a changed page. Empty while the window does not refresh itself.
+    QString tabNote() const;
+    // The page's text changed at a refresh since the user last looked at the window.
+    bool pageChangedMark() const { return m_changedMark; }
+    void clearPageChangedMark();
+
 public slots:
     // Whether the history holds an entry ("history" is enabled only then).
     void setHistoryAvailable(bool available);
@@ -138,6 +152,8 @@ signals:
     void closeRequested();
     void fullScreenRequested(bool on);
     void resizeRequested(const QSize &size);
+    // The address bar or the toolbar was shown or hidden.
+    void barsChanged();
     // The feed list has been collected anew.
     void feedsCollected();
     // A feed page has been handed to the view (FeedSourceUrl holds its address).
@@ -159,6 +175,10 @@ private:
     void askPermission(const QUrl &origin, PageView::Permission permission);
     PageView *openWindowFor(const PageView::NewWindowRequest &request, bool *keepOpener);
     void reportBlockedWindow(const QUrl &url);
+    void refreshNow();
+    void refreshLoadFinished(bool ok);
+    void comparePageText();
+    void stopRefresh();
 
     PageView *m_page = nullptr;
     QWidget *m_coolBar = nullptr;
@@ -177,4 +197,9 @@ private:
     WindowOpener m_windowOpener;
     // The windows of a feed page's items, by the window name of each item.
     QHash<QString, QPointer<frmBrowser>> m_itemWindows;
+    AutoRefresh *m_refresh = nullptr;
+    // The address the refresh reloads, and the scroll position it keeps.
+    QString m_refreshUrl;
+    QPoint m_refreshScroll;
+    bool m_changedMark = false;
 };

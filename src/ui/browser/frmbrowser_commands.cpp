@@ -37,6 +37,7 @@ void frmBrowser::GoForward()
 
 void frmBrowser::Stop()
 {
+    stopRefresh();
     m_busyPoll->stop();
     m_busy->reset();
     if (m_feedLoader)

@@ -32,7 +32,7 @@ const QStringList &unavailable()
 {
     static const QStringList names = {QStringLiteral("mn_IEProp"), QStringLiteral("mn_PictureList"),
         QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
-        QStringLiteral("mn_VisitallLinksInFrame"), QStringLiteral("mn_SetRefresh")};
+        QStringLiteral("mn_VisitallLinksInFrame")};
     return names;
 }
 } // namespace
@@ -348,7 +348,8 @@ void FrameMenus::buildActionsMenu()
     menu->addSeparator();
     add(menu, QStringLiteral("mn_VisitallLinks"), 605, nullptr);
     add(menu, QStringLiteral("mn_VisitallLinksInFrame"), 606, nullptr);
-    add(menu, QStringLiteral("mn_SetRefresh"), 600, nullptr);
+    add(menu, QStringLiteral("mn_SetRefresh"), 600,
+        [this] { withActive([](frmBrowser *w) { w->SetRefresh(); }); });
 }
 
 void FrameMenus::buildHelpMenu()
@@ -491,9 +492,10 @@ void FrameMenus::syncChecks()
 void FrameMenus::syncEnabled()
 {
     const bool any = m_frame->activeBrowser() != nullptr;
-    for (const char *name : {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile",
-             "mn_toolbar", "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks",
-             "mn_CloseWindow", "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize"}) {
+    for (const char *name :
+        {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile", "mn_toolbar",
+            "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks", "mn_CloseWindow",
+            "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize", "mn_SetRefresh"}) {
         if (QAction *entry = m_actions.value(QLatin1String(name)))
             entry->setEnabled(any);
     }

@@ -5,6 +5,7 @@
 #include "core/base/uitexts.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/browser/infobar.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/twips.h"
@@ -32,6 +33,8 @@ MDIForm1::MDIForm1(QWidget *parent)
     m_mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_mdi->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     m_tabs = new TabStrip(m_central);
+    m_infoBar = new InfoBar(m_central);
+    m_infoBar->setObjectName(QStringLiteral("frameInfoBar"));
     setCentralWidget(m_central);
     layoutTabStrip();
 
@@ -75,10 +78,12 @@ void MDIForm1::layoutTabStrip()
     const bool bottom = prefer().TabAlign() != 1;
     m_tabs->setShape(bottom ? QTabBar::RoundedSouth : QTabBar::RoundedNorth);
     if (bottom) {
+        layout->addWidget(m_infoBar);
         layout->addWidget(m_mdi, 1);
         layout->addWidget(m_tabs);
     } else {
         layout->addWidget(m_tabs);
+        layout->addWidget(m_infoBar);
         layout->addWidget(m_mdi, 1);
     }
     m_tabs->setVisible(prefer().TabStrip() != 0);

@@ -12,6 +12,7 @@
 #include <optional>
 
 class FrameMenus;
+class InfoBar;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
@@ -92,6 +93,8 @@ public:
     QAction *menuAction(const QString &name) const;
     TabStrip *tabStrip() const { return m_tabs; }
     QMdiArea *mdiArea() const { return m_mdi; }
+    // The bar above the windows for messages and questions of the frame itself.
+    InfoBar *infoBar() const { return m_infoBar; }
     FrameMenus *menus() const { return m_menus; }
 
     // Applied by start-up from the preferences.
@@ -128,9 +131,11 @@ private:
     void closeAllFrom(frmBrowser *last);
     void setFullScreen(bool on);
     QMdiSubWindow *subWindowOf(const frmBrowser *window) const;
+    void refreshTab(frmBrowser *window);
 
     QMdiArea *m_mdi = nullptr;
     TabStrip *m_tabs = nullptr;
+    InfoBar *m_infoBar = nullptr;
     QWidget *m_central = nullptr;
     QLabel *m_status = nullptr;
     FrameMenus *m_menus = nullptr;

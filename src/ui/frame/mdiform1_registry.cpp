@@ -61,7 +61,7 @@ void MDIForm1::wireBrowser(frmBrowser *window, QMdiSubWindow *sub)
     });
     connect(window, &frmBrowser::tabRefreshRequested, this, [this, window, sub] {
         sub->setWindowTitle(window->Caption());
-        UpdateTab(window->Caption(), window->ID);
+        refreshTab(window);
         if (window == activeBrowser()) {
             setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
             // The active window has an address now: it can be cloned.
@@ -176,6 +176,15 @@ void MDIForm1::UpdateTab(const QString &title, int number)
     m_tabs->UpdateTab(title, number);
 }
 
+void MDIForm1::refreshTab(frmBrowser *window)
+{
+    UpdateTab(window->Caption(), window->ID);
+    const QString note = window->tabNote();
+    m_tabs->setTabNote(window->ID,
+        note.isEmpty() ? window->Caption() : window->Caption() + u'\n' + note,
+        window->pageChangedMark());
+}
+
 void MDIForm1::RemoveTab(int number)
 {
     const QString key = TabStrip::keyOf(number);
@@ -202,8 +211,10 @@ void MDIForm1::TabSync()
         return;
     m_currentKey = TabStrip::keyOf(window->ID);
     m_tabs->selectKey(m_currentKey);
+    // The user sees the window now: a change it was marked for is seen.
+    window->clearPageChangedMark();
     if (!window->Caption().isEmpty()) {
-        m_tabs->UpdateTab(window->Caption(), window->ID);
+        refreshTab(window);
         setCaption(AppInfo::frameCaption() + QStringLiteral(" - ") + window->Caption());
     }
     m_menus->syncEnabled();

@@ -41,6 +41,15 @@ void TabStrip::UpdateTab(const QString &title, int number)
     setTabToolTip(index, title);
 }
 
+void TabStrip::setTabNote(int number, const QString &toolTip, bool highlighted)
+{
+    const int index = indexOfKey(keyOf(number));
+    if (index < 0)
+        return;
+    setTabToolTip(index, toolTip);
+    setTabTextColor(index, highlighted ? palette().color(QPalette::Highlight) : QColor());
+}
+
 void TabStrip::RemoveTab(int number)
 {
     const int index = indexOfKey(keyOf(number));

@@ -18,6 +18,8 @@ public:
     void CreateTab(int number, const QString &caption);
     void UpdateTab(const QString &title, int number);
     void RemoveTab(int number);
+    // The tab's tool tip, and whether the tab is drawn in the highlight colour.
+    void setTabNote(int number, const QString &toolTip, bool highlighted);
     int indexOfKey(const QString &key) const;
     QString keyAt(int index) const;
     void selectKey(const QString &key);

@@ -86,6 +86,30 @@ int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
     return int(read.windows.size());
 }
 
+WindowDescription describeWindow(
+    MDIForm1 &frame, const frmBrowser &window, const QRect &normal, qint16 state)
+{
+    WindowDescription description;
+    description.windowState = state;
+    description.left = Twips::fromPixels(normal.x(), &frame);
+    description.top = Twips::fromPixels(normal.y(), &frame);
+    description.width = Twips::fromPixels(normal.width(), &frame);
+    description.height = Twips::fromPixels(normal.height(), &frame);
+    description.address
+        = window.FeedSourceUrl.isEmpty() ? window.LocationURL() : window.FeedSourceUrl;
+    description.addressBarVisible = window.addressBarVisible() ? -1 : 0;
+    description.toolbarVisible = window.toolbarVisible() ? -1 : 0;
+    description.caption = window.Caption();
+    if (!window.FeedSourceUrl.isEmpty())
+        description.caption += FeedMark::mark();
+    return description;
+}
+
+qint16 windowStateOf(const QMdiSubWindow &sub)
+{
+    return sub.isMinimized() ? 1 : sub.isMaximized() ? 2 : 0;
+}
+
 bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
 {
     QList<WindowDescription> windows;
@@ -93,29 +117,17 @@ bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
         auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
         if (!sub)
             continue;
-        WindowDescription description;
-        description.windowState = sub->isMinimized() ? 1 : sub->isMaximized() ? 2 : 0;
+        const qint16 state = windowStateOf(*sub);
         // A window that is not normal is shown normal for a moment, so that its
         // normal position and size can be read.
-        if (description.windowState != 0)
+        if (state != 0)
             sub->showNormal();
         const QRect normal = sub->geometry();
-        if (description.windowState == 1)
+        if (state == 1)
             sub->showMinimized();
-        else if (description.windowState == 2)
+        else if (state == 2)
             sub->showMaximized();
-        description.left = Twips::fromPixels(normal.x(), &frame);
-        description.top = Twips::fromPixels(normal.y(), &frame);
-        description.width = Twips::fromPixels(normal.width(), &frame);
-        description.height = Twips::fromPixels(normal.height(), &frame);
-        description.address
-            = window->FeedSourceUrl.isEmpty() ? window->LocationURL() : window->FeedSourceUrl;
-        description.addressBarVisible = window->addressBarVisible() ? -1 : 0;
-        description.toolbarVisible = window->toolbarVisible() ? -1 : 0;
-        description.caption = window->Caption();
-        if (!window->FeedSourceUrl.isEmpty())
-            description.caption += FeedMark::mark();
-        windows.append(description);
+        windows.append(describeWindow(frame, *window, normal, state));
     }
     const FileOutcome outcome = Layout::SaveLayout(path, windows);
     *problem = outcome.message();

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "core/model/layout.h"
+
 #include <QString>
 
 class MDIForm1;
+class QMdiSubWindow;
+class QRect;
 class frmBrowser;
 struct Bookmark;
 struct WindowDescription;
@@ -20,6 +24,11 @@ int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem);
 // Opens one window as a layout describes it: address (a feed when its caption ends
 // with the feed mark), geometry in twips, bars and state.
 void OpenLayoutItem(MDIForm1 &frame, const WindowDescription &window);
+// A window as a layout keeps it, given its normal geometry (pixels) and its state
+// (0 normal, 1 minimised, 2 maximised).
+WindowDescription describeWindow(
+    MDIForm1 &frame, const frmBrowser &window, const QRect &normal, qint16 state);
+qint16 windowStateOf(const QMdiSubWindow &sub);
 // Writes the open windows, in the frame's window order, to a layout file.
 bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem);
 
