@@ -7,7 +7,8 @@
 
 namespace LinksToOpen {
 
-QStringList select(const QList<QStringList> &anchors)
+namespace {
+UniqSortStrCollection collect(const QList<QStringList> &anchors)
 {
     UniqSortStrCollection links;
     // Addresses differing only in letter case are different addresses.
@@ -27,7 +28,18 @@ QStringList select(const QList<QStringList> &anchors)
             continue;
         links.Add(address);
     }
-    return links.SortedStrCollection();
+    return links;
+}
+} // namespace
+
+QStringList select(const QList<QStringList> &anchors)
+{
+    return collect(anchors).SortedStrCollection();
+}
+
+QStringList inPageOrder(const QList<QStringList> &anchors)
+{
+    return collect(anchors).StrCollection();
 }
 
 bool needsNotice(int openWindows, int links, bool noticeSwitch)

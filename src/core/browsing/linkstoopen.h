@@ -14,6 +14,8 @@ constexpr int NoticeThreshold = 16;
 // written, address of the document that holds it}: no script or mail links, no links to
 // a place in the same document, each address once (exact comparison), sorted.
 QStringList select(const QList<QStringList> &anchors);
+// The same addresses in the order in which they stand on the page.
+QStringList inPageOrder(const QList<QStringList> &anchors);
 
 // Whether the notice comes before opening `links` addresses while `openWindows` are open.
 bool needsNotice(int openWindows, int links, bool noticeSwitch);

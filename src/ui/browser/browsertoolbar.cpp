@@ -89,7 +89,7 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
         }
     }
     // Features this build does not have yet are shown, disabled, with a tool tip saying so.
-    for (const char *key : {"Refresh", "Roundtrip", "RoundtripFrame", "BrowserSearch"})
+    for (const char *key : {"Refresh", "BrowserSearch"})
         markUnavailable(entry(QLatin1String(key)));
     markUnavailable(button(QStringLiteral("Bookm")));
     button(QStringLiteral("Bookm"))->setToolTip(uiText(609) + u'\n' + uiText(2045));
@@ -212,9 +212,12 @@ void BrowserToolbar::menuClick(QAction *entry)
         w->WebPrintPreview();
     } else if (key == u"print") {
         w->WebPrint();
-    } else if (key == u"Refresh" || key == u"Roundtrip" || key == u"RoundtripFrame"
-        || key == u"BrowserSearch") {
+    } else if (key == u"Refresh" || key == u"BrowserSearch") {
         notAvailable();
+    } else if (key == u"Roundtrip") {
+        w->StartRoundtrip();
+    } else if (key == u"RoundtripFrame") {
+        w->StartFrameRoundtrip();
     } else if (key == u"Cloneit") {
         emit windowCommand(WindowCommand::Clone);
     } else if (key == u"ClosePopups") {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/browsing/roundtrip.h"
 #include "core/feeds/feedlist.h"
 #include "engine/pageview.h"
 #include "ui/browser/windowcommand.h"
@@ -21,6 +22,7 @@ class QComboBox;
 class QTimer;
 class QToolBar;
 class QAction;
+class RoundtripBar;
 
 // The security state of the shown page, from unsecured to the strongest encryption;
 // each level has its text (1400 + level).
@@ -118,6 +120,20 @@ public:
     void showFindBar();
     FindBar *findBar() const { return m_findBar; }
 
+    // Roundtrips: every link of the page, of the active frame, or any list of addresses
+    // (a bookmark folder's), shown one after another in this window. A new one replaces
+    // a running one; Stop ends it.
+    void StartRoundtrip();
+    void StartFrameRoundtrip();
+    void StartRoundtrip(const QStringList &addresses);
+    Roundtrip *roundtrip() const { return m_roundtrip; }
+    RoundtripBar *roundtripBar() const { return m_roundtripBar; }
+    InfoBar *infoBar() const { return m_infoBar; }
+    // Asked before a roundtrip of `count` addresses starts, with the timing to use; false
+    // cancels it. The start dialog by default.
+    using RoundtripAsker = std::function<bool(int count, Roundtrip::Timing *timing)>;
+    void setRoundtripAsker(RoundtripAsker asker) { m_roundtripAsker = std::move(asker); }
+
 public slots:
     // Whether the history holds an entry ("history" is enabled only then).
     void setHistoryAvailable(bool available);
@@ -156,6 +172,7 @@ private:
     void askPermission(const QUrl &origin, PageView::Permission permission);
     PageView *openWindowFor(const PageView::NewWindowRequest &request, bool *keepOpener);
     void reportBlockedWindow(const QUrl &url);
+    void startRoundtripOver(const PageView::DocumentLinks &links);
 
     PageView *m_page = nullptr;
     QWidget *m_coolBar = nullptr;
@@ -165,6 +182,10 @@ private:
     QAction *m_secureAction = nullptr;
     BusyIndicator *m_busy = nullptr;
     InfoBar *m_infoBar = nullptr;
+    RoundtripBar *m_roundtripBar = nullptr;
+    Roundtrip *m_roundtrip = nullptr;
+    RoundtripAsker m_roundtripAsker;
+    Roundtrip::Timing m_roundtripTiming;
     QTimer *m_busyPoll = nullptr;
     BrowserToolbar *m_commands = nullptr;
     FindBar *m_findBar = nullptr;
