@@ -30,7 +30,6 @@ public:
     void showTabContextMenu(const QPoint &globalPos);
     QMenu *contextMenu() const { return m_ctxtT; }
 
-
     OpenAllLinks *openAllLinks() const { return m_openAllLinks; }
     StatusPanels *statusPanels() const { return m_statusPanels; }
 
