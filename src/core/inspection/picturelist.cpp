@@ -36,7 +36,9 @@ QString thumbnail(const QString &address)
         = address.trimmed().startsWith(QStringLiteral("data:image/"), Qt::CaseInsensitive);
     if (FeedHtmlCleaner::isUnsafeUrl(address) && !dataImage)
         return {};
-    const QString img = u"<img src=\"" + FeedHtmlCleaner::escape(address) + u"\" alt=\"\">";
+    // Only the thumbnails in view are fetched: a page of thousands of pictures shows at once.
+    const QString img
+        = u"<img loading=\"lazy\" src=\"" + FeedHtmlCleaner::escape(address) + u"\" alt=\"\">";
     if (dataImage)
         return img;
     return u"<a href=\"" + FeedHtmlCleaner::escape(address) + u"\" target=\"_blank\">" + img
