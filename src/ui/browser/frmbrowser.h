@@ -128,7 +128,6 @@ public:
     void StartRoundtrip(const QStringList &addresses);
     Roundtrip *roundtrip() const { return m_roundtrip; }
     RoundtripBar *roundtripBar() const { return m_roundtripBar; }
-    InfoBar *infoBar() const { return m_infoBar; }
     // Asked before a roundtrip of `count` addresses starts, with the timing to use; false
     // cancels it. The start dialog by default.
     using RoundtripAsker = std::function<bool(int count, Roundtrip::Timing *timing)>;

@@ -1,6 +1,5 @@
 #include "core/browsing/roundtrip.h"
 
-#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -65,41 +64,13 @@ private slots:
         window.outcomes = {true, false, std::nullopt, true};
         window.drive(roundtrip);
         QSignalSpy finished(&roundtrip, &Roundtrip::finished);
-        QElapsedTimer clock;
-        clock.start();
         roundtrip.start();
         QVERIFY(finished.wait(5000));
         QCOMPARE(window.visited, QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
         QCOMPARE(roundtrip.visited(), 2);
         QCOMPARE(roundtrip.failed(), 2);
         QVERIFY(!roundtrip.wasStopped());
-        // Two dwell times and one time-out at least.
-        QVERIFY(clock.elapsed() >= 2 * 30 + 150);
         QCOMPARE(roundtrip.step(), Roundtrip::Step::Finished);
-    }
-
-    void pauseHoldsNextSkipsAndStopEnds()
-    {
-        Roundtrip roundtrip({u"a"_s, u"b"_s, u"c"_s}, {40, 100});
-        Window window;
-        window.drive(roundtrip);
-        roundtrip.start();
-        QTRY_COMPARE(roundtrip.step(), Roundtrip::Step::Dwelling);
-        roundtrip.pause();
-        QTest::qWait(200);
-        QCOMPARE(window.visited, QStringList {u"a"_s});
-        roundtrip.resume();
-        QTRY_COMPARE(window.visited.size(), 2);
-        roundtrip.next();
-        QTRY_COMPARE(window.visited.size(), 3);
-        QSignalSpy finished(&roundtrip, &Roundtrip::finished);
-        roundtrip.pause();
-        roundtrip.stop();
-        QCOMPARE(finished.size(), 1);
-        QVERIFY(roundtrip.wasStopped());
-        QCOMPARE(roundtrip.position(), 3);
-        roundtrip.next(); // nothing runs any more
-        QCOMPARE(window.visited.size(), 3);
     }
 
     void aRefusedDownloadFailsOnlyTheAddressWhoseLoadStarted()

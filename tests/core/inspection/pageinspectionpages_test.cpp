@@ -63,23 +63,6 @@ private slots:
         QCOMPARE(pictures.at(1).kinds, QStringList {u"CSS"_s});
     }
 
-    void pictureListShowsPageStringsAsText()
-    {
-        PictureList::Page page;
-        page.html = true;
-        page.url = u"http://h/"_s;
-        page.title = Hostile;
-        page.elements = {{Kind::Img, u"javascript:alert(3)"_s, {}, {}, {}, Hostile, 0, 0},
-            {Kind::Img, u"http://h/a.png?\"x='1'"_s, {}, {}, {}, u"<b>bold</b>"_s, 5, 6}};
-        const QString html = PictureList::render(page);
-        verifyNoPageMarkup(html);
-        QVERIFY(html.contains(u"&lt;b&gt;bold&lt;/b&gt;"_s));
-        QVERIFY(
-            html.contains(u"<a href=\"http://h/a.png?&quot;x=&#39;1&#39;\" target=\"_blank\">"_s));
-        QVERIFY(html.contains(u"5 × 6"_s));
-        QVERIFY(html.contains(u">javascript:alert(3)<"_s)); // shown, not linked
-    }
-
     void headingsNestUnderTheLastHigherRank_data()
     {
         QTest::addColumn<QList<int>>("levels");
@@ -104,22 +87,26 @@ private slots:
         QCOMPARE(html.count(u"<li>"_s), html.count(u"</li>"_s));
     }
 
-    void structureShowsPageStringsAsText()
+    void generatedPagesShowPageStringsAsText()
     {
+        PictureList::Page page {u"http://h/"_s, Hostile, true, 0,
+            {{Kind::Img, u"javascript:alert(3)"_s, {}, {}, {}, Hostile, 0, 0},
+                {Kind::Img, u"http://h/a.png?\"x='1'"_s, {}, {}, {}, {}, 5, 6}}};
+        const QString pictures = PictureList::render(page);
+        verifyNoPageMarkup(pictures);
+        QVERIFY(pictures.contains(
+            u"<a href=\"http://h/a.png?&quot;x=&#39;1&#39;\" target=\"_blank\">"_s));
+        QVERIFY(pictures.contains(u">javascript:alert(3)<"_s)); // shown, not linked
         DocumentOutline outline;
         outline.html = true;
         outline.title = Hostile;
-        outline.url = u"http://h/"_s;
-        outline.headings = {{1, Hostile}};
         outline.frames = {{u"javascript:alert(4)"_s, Hostile, Hostile, true, 0}};
         outline.forms = {{Hostile, u"post"_s, Hostile, {{u"password"_s, Hostile, Hostile}}}};
         outline.scripts = {{u"http://h/s.js"_s, 0, Hostile}, {{}, 42, {}}};
         outline.metas = {{Hostile, Hostile}};
-        const QString html = StructurePage::render(outline);
-        verifyNoPageMarkup(html);
-        QVERIFY(html.contains(u"<a href=\"http://h/s.js\" target=\"_blank\">"_s));
-        QVERIFY(html.contains(u"inline, 42 characters"_s));
-        QVERIFY(html.contains(u"method: POST"_s));
+        const QString structure = StructurePage::render(outline);
+        verifyNoPageMarkup(structure);
+        QVERIFY(structure.contains(u"inline, 42 characters"_s));
     }
 };
 
