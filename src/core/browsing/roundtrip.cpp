@@ -9,7 +9,7 @@ QStringList Roundtrip::addressesOf(const QList<QStringList> &anchors)
     QStringList pages;
     for (const QString &address : LinksToOpen::inPageOrder(anchors)) {
         const QString scheme = QUrl(address).scheme().toLower();
-        if (scheme == u"http" || scheme == u"https" || scheme == u"file" || scheme == u"ftp")
+        if (scheme == u"http" || scheme == u"https" || scheme == u"file")
             pages.append(address);
     }
     return pages;

@@ -23,7 +23,7 @@ public:
 
     // The addresses a roundtrip over a page's anchors visits, in page order: each anchor
     // given as {resolved address, href as written, address of its document}; no script,
-    // mail or same-document links, only pages (http, https, file, ftp), each once.
+    // mail or same-document links, only pages (http, https, file), each once.
     static QStringList addressesOf(const QList<QStringList> &anchors);
 
     Roundtrip(const QStringList &addresses, Timing timing, QObject *parent = nullptr);
