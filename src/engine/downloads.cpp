@@ -1,6 +1,7 @@
 #include "engine/downloads.h"
 
 #include "core/base/uitexts.h"
+#include "engine/webpage.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -17,6 +18,12 @@ Downloads::Downloads(QWebEngineProfile *profile, QObject *parent)
     };
     connect(profile, &QWebEngineProfile::downloadRequested, this,
         [this](QWebEngineDownloadRequest *download) {
+            if (auto *page = qobject_cast<WebPage *>(download->page());
+                page && page->refusesDownloads) {
+                download->cancel();
+                emit page->downloadRefused(download->url());
+                return;
+            }
             if (download->isSavePageDownload()) {
                 download->accept(); // the path was chosen by the save command
                 return;

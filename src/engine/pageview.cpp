@@ -111,6 +111,7 @@ void PageView::attachPage()
     connect(m_page, &QWebEnginePage::titleChanged, this, &PageView::titleChanged);
     connect(m_page, &QWebEnginePage::linkHovered, this, &PageView::linkHovered);
     connect(m_page, &WebPage::navigationAboutToStart, this, &PageView::navigationRequested);
+    connect(m_page, &WebPage::downloadRefused, this, &PageView::downloadRefused);
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &PageView::closeRequested);
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
         [this](const QRect &geometry) { emit resizeRequested(geometry.size()); });
@@ -336,6 +337,11 @@ void PageView::clearFind()
     m_page->findText(QString());
 }
 
+void PageView::setRefusesDownloads(bool refuse)
+{
+    m_page->refusesDownloads = refuse;
+}
+
 void PageView::savePage(const QString &path, SaveFormat format)
 {
     switch (format) {
@@ -403,30 +409,53 @@ QList<QStringList> toRows(const QVariant &value)
 }
 } // namespace
 
+namespace {
+// Collects the anchors of `doc`, and of its same-origin frames when `frames` is set.
+// Frames of another origin have no readable document and are skipped.
+const QString AnchorWalk = QStringLiteral(
+    "var out=[];"
+    "function walk(doc,frames){"
+    "var as=doc.getElementsByTagName('a');"
+    "for(var i=0;i<as.length;i++){var raw=as[i].getAttribute('href');"
+    "if(raw!==null)out.push([String(as[i].href),raw,String(doc.URL),"
+    "String(as[i].textContent||'').trim()]);}"
+    "if(!frames)return;"
+    "var fs=doc.querySelectorAll('iframe,frame');"
+    "for(var j=0;j<fs.length;j++){var d=null;try{d=fs[j].contentDocument;}catch(e){}"
+    "if(d)walk(d,true);}}"
+    "var type=String(document.contentType||'');"
+    "var html=type.indexOf('html')>=0;");
+
+PageView::DocumentLinks linksOf(const QVariant &value)
+{
+    const QVariantMap map = value.toMap();
+    PageView::DocumentLinks links;
+    links.html = map.value(QStringLiteral("html")).toBool();
+    links.anchors = toRows(map.value(QStringLiteral("anchors")));
+    links.foreignFrame = map.value(QStringLiteral("foreign")).toBool();
+    return links;
+}
+} // namespace
+
 void PageView::documentLinks(const std::function<void(const DocumentLinks &)> &result)
 {
-    // Frames of another origin have no readable document and are skipped.
-    static const QString script = QStringLiteral(
-        "(function(){var out=[];"
-        "function walk(doc){"
-        "var as=doc.getElementsByTagName('a');"
-        "for(var i=0;i<as.length;i++){var raw=as[i].getAttribute('href');"
-        "if(raw!==null)out.push([String(as[i].href),raw,String(doc.URL),"
-        "String(as[i].textContent||'').trim()]);}"
-        "var fs=doc.querySelectorAll('iframe,frame');"
-        "for(var j=0;j<fs.length;j++){var d=null;try{d=fs[j].contentDocument;}catch(e){}"
-        "if(d)walk(d);}}"
-        "var type=String(document.contentType||'');"
-        "var html=type.indexOf('html')>=0;"
-        "if(html)walk(document);"
-        "return {html:html,anchors:out};})()");
-    runScript(script, [result](const QVariant &value) {
-        const QVariantMap map = value.toMap();
-        DocumentLinks links;
-        links.html = map.value(QStringLiteral("html")).toBool();
-        links.anchors = toRows(map.value(QStringLiteral("anchors")));
-        result(links);
-    });
+    static const QString script = u"(function(){" + AnchorWalk
+        + u"if(html)walk(document,true);return {html:html,anchors:out};})()";
+    runScript(script, [result](const QVariant &value) { result(linksOf(value)); });
+}
+
+void PageView::activeFrameLinks(const std::function<void(const DocumentLinks &)> &result)
+{
+    // The focus leads from the top document through the focused frame elements.
+    static const QString script = u"(function(){" + AnchorWalk
+        + u"var doc=document,foreign=false;"
+          "for(;;){var a=doc.activeElement;"
+          "if(!a||(a.tagName!=='IFRAME'&&a.tagName!=='FRAME'))break;"
+          "var d=null;try{d=a.contentDocument;}catch(e){}"
+          "if(!d){foreign=true;break;}doc=d;}"
+          "if(html&&!foreign)walk(doc,false);"
+          "return {html:html,anchors:out,foreign:foreign};})()";
+    runScript(script, [result](const QVariant &value) { result(linksOf(value)); });
 }
 
 void PageView::linkElements(const std::function<void(const QList<QStringList> &)> &result)

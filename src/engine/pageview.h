@@ -89,12 +89,20 @@ public:
         bool html = false;
         // {resolved href, href attribute, document address, anchor text}
         QList<QStringList> anchors;
+        // The active frame belongs to another site and could not be read.
+        bool foreignFrame = false;
     };
     void documentLinks(const std::function<void(const DocumentLinks &)> &result);
+    // The anchors of the active frame alone: the same-origin frame that has the focus,
+    // or the top document when no frame has it.
+    void activeFrameLinks(const std::function<void(const DocumentLinks &)> &result);
     // Type, title and href attribute of every LINK element, in document order.
     void linkElements(const std::function<void(const QList<QStringList> &)> &result);
     // Replaces the body of the shown document by the given markup.
     void setBodyHtml(const QString &html);
+
+    // While on, downloads of this page are cancelled (downloadRefused) instead of asked for.
+    void setRefusesDownloads(bool refuse);
 
     enum class SaveFormat {
         Complete, // the page and, in a "_files" folder beside it, what it shows
@@ -128,6 +136,7 @@ signals:
     void fullScreenRequested(bool on);
     // The page called print().
     void printRequested();
+    void downloadRefused(const QUrl &url);
 
 private:
     void attachPage();

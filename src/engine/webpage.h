@@ -10,8 +10,13 @@ class WebPage final : public QWebEnginePage
 public:
     explicit WebPage(QWebEngineProfile *profile, QObject *parent = nullptr);
 
+    // While set, downloads of this page are cancelled before anyone is asked where to
+    // save them (a roundtrip must not stall on a file dialog).
+    bool refusesDownloads = false;
+
 signals:
     void navigationAboutToStart(const QUrl &url, bool mainFrame);
+    void downloadRefused(const QUrl &url);
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;

@@ -89,7 +89,7 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
         }
     }
     // Features this build does not have yet are shown, disabled, with a tool tip saying so.
-    for (const char *key : {"Roundtrip", "RoundtripFrame", "BrowserSearch"})
+    for (const char *key : {"BrowserSearch"})
         markUnavailable(entry(QLatin1String(key)));
     button(QStringLiteral("history"))->setEnabled(false);
 }
@@ -214,8 +214,12 @@ void BrowserToolbar::menuClick(QAction *entry)
         w->WebPrint();
     } else if (key == u"Refresh") {
         w->SetRefresh();
-    } else if (key == u"Roundtrip" || key == u"RoundtripFrame" || key == u"BrowserSearch") {
+    } else if (key == u"BrowserSearch") {
         notAvailable();
+    } else if (key == u"Roundtrip") {
+        w->StartRoundtrip();
+    } else if (key == u"RoundtripFrame") {
+        w->StartFrameRoundtrip();
     } else if (key == u"Cloneit") {
         emit windowCommand(WindowCommand::Clone);
     } else if (key == u"ClosePopups") {

@@ -13,6 +13,8 @@
 #include "ui/browser/findbar.h"
 #include "ui/browser/infobar.h"
 #include "ui/browser/lockicon.h"
+#include "ui/browser/roundtripbar.h"
+#include "ui/browser/roundtripdialog.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -41,6 +43,10 @@ frmBrowser::frmBrowser(const QString &startUrl, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     m_page = new PageView(this);
     m_infoBar = new InfoBar(this);
+    m_roundtripBar = new RoundtripBar(this);
+    m_roundtripAsker = [this](int count, Roundtrip::Timing *timing) {
+        return RoundtripDialog::ask(this, count, timing);
+    };
     m_busyPoll = new QTimer(this);
     m_busyPoll->setInterval(BusyPollMs);
     connect(m_busyPoll, &QTimer::timeout, this, &frmBrowser::pollTick);
@@ -55,6 +61,7 @@ frmBrowser::frmBrowser(const QString &startUrl, QWidget *parent)
     layout->addWidget(m_coolBar);
     layout->addWidget(m_findBar);
     layout->addWidget(m_infoBar);
+    layout->addWidget(m_roundtripBar);
     // The page takes all the height the bar leaves; with the bar hidden, all of it.
     layout->addWidget(m_page, 1);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/browsing/roundtrip.h"
 #include "core/feeds/feedlist.h"
 #include "engine/pageview.h"
 #include "ui/browser/windowcommand.h"
@@ -23,6 +24,7 @@ class QComboBox;
 class QTimer;
 class QToolBar;
 class QAction;
+class RoundtripBar;
 
 // The security state of the shown page, from unsecured to the strongest encryption;
 // each level has its text (1400 + level).
@@ -134,6 +136,18 @@ public:
     // The page's text changed at a refresh since the user last looked at the window.
     bool pageChangedMark() const { return m_changedMark; }
     void clearPageChangedMark();
+    // Roundtrips: every link of the page, of the active frame, or any list of addresses
+    // (a bookmark folder's), shown one after another in this window. A new one replaces
+    // a running one; Stop ends it.
+    void StartRoundtrip();
+    void StartFrameRoundtrip();
+    void StartRoundtrip(const QStringList &addresses);
+    Roundtrip *roundtrip() const { return m_roundtrip; }
+    RoundtripBar *roundtripBar() const { return m_roundtripBar; }
+    // Asked before a roundtrip of `count` addresses starts, with the timing to use; false
+    // cancels it. The start dialog by default.
+    using RoundtripAsker = std::function<bool(int count, Roundtrip::Timing *timing)>;
+    void setRoundtripAsker(RoundtripAsker asker) { m_roundtripAsker = std::move(asker); }
 
 public slots:
     // Whether the history holds an entry ("history" is enabled only then).
@@ -179,6 +193,7 @@ private:
     void refreshLoadFinished(bool ok);
     void comparePageText();
     void stopRefresh();
+    void startRoundtripOver(const PageView::DocumentLinks &links);
 
     PageView *m_page = nullptr;
     QWidget *m_coolBar = nullptr;
@@ -188,6 +203,10 @@ private:
     QAction *m_secureAction = nullptr;
     BusyIndicator *m_busy = nullptr;
     InfoBar *m_infoBar = nullptr;
+    RoundtripBar *m_roundtripBar = nullptr;
+    Roundtrip *m_roundtrip = nullptr;
+    RoundtripAsker m_roundtripAsker;
+    Roundtrip::Timing m_roundtripTiming;
     QTimer *m_busyPoll = nullptr;
     BrowserToolbar *m_commands = nullptr;
     FindBar *m_findBar = nullptr;

@@ -42,6 +42,8 @@ void frmBrowser::Stop()
     m_busy->reset();
     if (m_feedLoader)
         m_feedLoader->abort();
+    if (m_roundtrip)
+        m_roundtrip->stop();
     if (page()->isLoading())
         page()->stop();
     emit tabRefreshRequested();

@@ -11,6 +11,7 @@
 #include "ui/dialogs/aboutbox.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
+#include "ui/frame/pageinspection.h"
 #include "ui/frame/statuspanels.h"
 #include "ui/frame/tabstrip.h"
 #include "ui/frame/windowsets.h"
@@ -30,9 +31,7 @@ namespace {
 // Entries whose feature this build does not have yet stay visible but disabled.
 const QStringList &unavailable()
 {
-    static const QStringList names = {QStringLiteral("mn_IEProp"), QStringLiteral("mn_PictureList"),
-        QStringLiteral("mn_DocStruct"), QStringLiteral("mn_VisitallLinks"),
-        QStringLiteral("mn_VisitallLinksInFrame")};
+    static const QStringList names = {QStringLiteral("mn_IEProp")};
     return names;
 }
 } // namespace
@@ -343,11 +342,17 @@ void FrameMenus::buildActionsMenu()
     add(menu, QStringLiteral("mn_HTMLCode"), 1122,
         [this] { withActive([](frmBrowser *w) { w->ViewSource(w->LocationURL()); }); });
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_PictureList"), 427, nullptr);
-    add(menu, QStringLiteral("mn_DocStruct"), 428, nullptr);
+    add(menu, QStringLiteral("mn_PictureList"), 427, [this] {
+        withActive([this](frmBrowser *w) { PageInspection::showPictures(m_frame, w); });
+    });
+    add(menu, QStringLiteral("mn_DocStruct"), 428, [this] {
+        withActive([this](frmBrowser *w) { PageInspection::showStructure(m_frame, w); });
+    });
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_VisitallLinks"), 605, nullptr);
-    add(menu, QStringLiteral("mn_VisitallLinksInFrame"), 606, nullptr);
+    add(menu, QStringLiteral("mn_VisitallLinks"), 605,
+        [this] { withActive([](frmBrowser *w) { w->StartRoundtrip(); }); });
+    add(menu, QStringLiteral("mn_VisitallLinksInFrame"), 606,
+        [this] { withActive([](frmBrowser *w) { w->StartFrameRoundtrip(); }); });
     add(menu, QStringLiteral("mn_SetRefresh"), 600,
         [this] { withActive([](frmBrowser *w) { w->SetRefresh(); }); });
 }
@@ -492,10 +497,11 @@ void FrameMenus::syncChecks()
 void FrameMenus::syncEnabled()
 {
     const bool any = m_frame->activeBrowser() != nullptr;
-    for (const char *name :
-        {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile", "mn_toolbar",
-            "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks", "mn_CloseWindow",
-            "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize", "mn_SetRefresh"}) {
+    for (const char *name : {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile",
+             "mn_toolbar", "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks",
+             "mn_PictureList", "mn_DocStruct", "mn_VisitallLinks", "mn_VisitallLinksInFrame",
+             "mn_CloseWindow", "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize",
+             "mn_SetRefresh"}) {
         if (QAction *entry = m_actions.value(QLatin1String(name)))
             entry->setEnabled(any);
     }
