@@ -497,11 +497,11 @@ void FrameMenus::syncChecks()
 void FrameMenus::syncEnabled()
 {
     const bool any = m_frame->activeBrowser() != nullptr;
-    for (const char *name : {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile",
-             "mn_toolbar", "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks",
-             "mn_PictureList", "mn_DocStruct", "mn_VisitallLinks", "mn_VisitallLinksInFrame",
-             "mn_CloseWindow", "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize",
-             "mn_SetRefresh"}) {
+    for (const char *name :
+        {"mn_save", "mn_print", "mn_ppreview", "mn_Send", "mn_Adresszeile", "mn_toolbar",
+            "mn_beides", "mn_SetHomepage", "mn_HTMLCode", "mn_OpenAllLinks", "mn_PictureList",
+            "mn_DocStruct", "mn_VisitallLinks", "mn_VisitallLinksInFrame", "mn_CloseWindow",
+            "mn_CloseAllOtherWin", "mn_Alleschlie_en", "mn_Textsize", "mn_SetRefresh"}) {
         if (QAction *entry = m_actions.value(QLatin1String(name)))
             entry->setEnabled(any);
     }
