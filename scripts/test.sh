@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing, builds everything with warnings as errors and runs every
-# test; kills the tool 300 times while it saves; builds and checks the Debian package;
+# test; kills the tool 300 times, and the program 30 times, while they save; builds and checks the Debian package;
 # builds the headless core with the address and undefined-behaviour sanitizers and runs
 # its tests again; last, runs every fuzz harness for 20 seconds (VANTRELL_SKIP_FUZZ=1
 # leaves that out).
@@ -17,8 +17,9 @@ jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S "$top" -B "$top/build-test" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTRELL_WERROR=ON >/dev/null
 cmake --build "$top/build-test" -j "$jobs"
 ctest --test-dir "$top/build-test" --output-on-failure -j "$jobs"
-# The tool killed 300 times while it saves: no data file may be left torn.
-"$top/build-test/bench/killsafety/killSafety" 300
+# The tool killed 300 times while it saves, the program 30 times while it saves the
+# archive on quit: no data file may be left torn.
+"$top/build-test/bench/killsafety/killSafety" 300 30
 # The Debian package, made from the debug tree just built (stripped, so it stays quick).
 "$top/tests/checks/install.sh" "$top/build-test" --deb
 

@@ -3,7 +3,10 @@
 // or as the command leaves it when it runs to its end, and readable by the program's
 // own readers without being moved aside.
 //
-//   killSafety [KILLS]        (300 unless told otherwise)
+//   killSafety [KILLS [QUITS]]    (300 and 30 unless told otherwise)
+//
+// QUITS more kills hit the program itself while it saves the archive on quit (the
+// frame closed with the archive edited, the user saying yes to saving).
 //
 // The data folder lies in the temporary folder, on disk: each atomic save waits for
 // its file to reach the disk, so the saving takes much of a command's time.
@@ -62,28 +65,60 @@ QStringList toolArguments(const QString &dataFolder, const QStringList &command)
     + command;
 }
 
-// Runs the command to its end; returns how long it took.
+// A command of the tool, or (an empty list) the program's quit with saving.
+struct Run
+{
+    QString program;
+    QStringList arguments;
+};
+
+Run runOf(const QString &dataFolder, const QStringList &command)
+{
+    if (command.isEmpty())
+        return {QStringLiteral(VANTRELL_QUITSAVE_PATH), {dataFolder}};
+    return {QStringLiteral(VANTRELL_TOOL_PATH), toolArguments(dataFolder, command)};
+}
+
+// The program's quit begins only after its start; the time before does not count.
+void waitForSaving(QProcess &process)
+{
+    while (!process.readAllStandardOutput().contains("saving")) {
+        if (!process.waitForReadyRead(60000))
+            qFatal("the program did not come to its quit");
+    }
+}
+
+// Runs the command to its end; returns how long it took (the saving alone, for the
+// program).
 qint64 runToEnd(const QString &dataFolder, const QStringList &command)
 {
+    const Run run = runOf(dataFolder, command);
+    QProcess process;
+    process.start(run.program, run.arguments);
     QElapsedTimer timer;
     timer.start();
-    QProcess tool;
-    tool.start(QStringLiteral(VANTRELL_TOOL_PATH), toolArguments(dataFolder, command));
-    if (!tool.waitForFinished(60000) || tool.exitCode() != 0)
+    if (command.isEmpty()) {
+        waitForSaving(process);
+        timer.start();
+    }
+    if (!process.waitForFinished(60000) || process.exitCode() != 0)
         qFatal("%s failed: %s", qPrintable(command.join(u' ')),
-            tool.readAllStandardError().constData());
+            process.readAllStandardError().constData());
     return timer.elapsed();
 }
 
 void killAfter(const QString &dataFolder, const QStringList &command, qint64 microseconds)
 {
-    QProcess tool;
-    tool.start(QStringLiteral(VANTRELL_TOOL_PATH), toolArguments(dataFolder, command));
-    if (!tool.waitForStarted())
-        qFatal("cannot start the tool");
+    const Run run = runOf(dataFolder, command);
+    QProcess process;
+    process.start(run.program, run.arguments);
+    if (!process.waitForStarted())
+        qFatal("cannot start %s", qPrintable(run.program));
+    if (command.isEmpty())
+        waitForSaving(process);
     QThread::usleep(quint64(microseconds));
-    ::kill(pid_t(tool.processId()), SIGKILL);
-    tool.waitForFinished();
+    ::kill(pid_t(process.processId()), SIGKILL);
+    process.waitForFinished();
 }
 
 // Whether every record file reads whole, none of them moved aside.
@@ -125,7 +160,9 @@ QByteArray bookmarkFile(int folders, int bookmarksPerFolder, const QByteArray &w
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    const int kills = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 300;
+    const int toolKills = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 300;
+    const int quitKills = argc > 2 ? QString::fromLocal8Bit(argv[2]).toInt() : 30;
+    const int kills = toolKills + quitKills;
     QTemporaryDir root(QDir::tempPath() + QStringLiteral("/vantrell-kill-XXXXXX"));
     const QString data = root.filePath(QStringLiteral("data"));
     // What a command leaves when it runs to its end is worked out in memory, where the
@@ -173,7 +210,12 @@ int main(int argc, char **argv)
                 QStringLiteral("--yes")},
             {QStringLiteral("layouts"), QStringLiteral("add"), QStringLiteral("L") + n, windows},
             {QStringLiteral("bookmarks"), QStringLiteral("export"), QStringLiteral("netscape"),
-                data + QStringLiteral("/export.html")}};
+                data + QStringLiteral("/export.html")},
+            {}};
+    };
+    const auto nameOf = [](const QStringList &command) {
+        return command.isEmpty() ? QStringLiteral("program: save archive on quit")
+                                 : command.mid(0, 2).join(u' ');
     };
     QList<qint64> durations;
     for (const QStringList &command : commandsFor(0))
@@ -183,9 +225,9 @@ int main(int argc, char **argv)
     int torn = 0, leftovers = 0, misread = 0, untouched = 0, finished = 0;
     QHash<QString, int> perCommand;
     for (int i = 1; i <= kills; ++i) {
-        const int kind = int(random.bounded(5));
+        const int kind = i > toolKills ? 5 : int(random.bounded(5));
         const QStringList command = commandsFor(i).at(kind);
-        ++perCommand[command.mid(0, 2).join(u' ')];
+        ++perCommand[nameOf(command)];
         // Backups of earlier imports are not what is checked; they only fill the disk.
         QDir(data + QStringLiteral("/backups")).removeRecursively();
 
@@ -207,7 +249,7 @@ int main(int argc, char **argv)
                 // the program reads.
                 ++leftovers;
                 const QString name = QFileInfo(it.key()).fileName();
-                std::printf("kill %d (%s) left %s behind\n", i, qPrintable(command.join(u' ')),
+                std::printf("kill %d (%s) left %s behind\n", i, qPrintable(nameOf(command)),
                     qPrintable(it.key()));
                 for (const char *suffix : {".bkm", ".nlt", ".vtp", ".wlt", ".html"}) {
                     if (name.endsWith(QLatin1String(suffix))) {
@@ -221,7 +263,7 @@ int main(int argc, char **argv)
             if (it.value() != before.value(it.key(), "\x01missing")
                 && it.value() != after.value(it.key(), "\x01missing")) {
                 std::fprintf(stderr, "kill %d (%s): %s is neither old nor new\n", i,
-                    qPrintable(command.join(u' ')), qPrintable(it.key()));
+                    qPrintable(nameOf(command)), qPrintable(it.key()));
                 ++torn;
             }
         }
@@ -230,8 +272,8 @@ int main(int argc, char **argv)
         finished += kept == after && after != before ? 1 : 0;
         const QString problem = unreadable(data);
         if (!problem.isEmpty()) {
-            std::fprintf(stderr, "kill %d (%s): cannot read %s\n", i,
-                qPrintable(command.join(u' ')), qPrintable(problem));
+            std::fprintf(stderr, "kill %d (%s): cannot read %s\n", i, qPrintable(nameOf(command)),
+                qPrintable(problem));
             ++torn;
         }
     }

@@ -117,7 +117,7 @@ QSize TabStrip::minimumTabSizeHint(int index) const
     QSize hint = QTabBar::minimumTabSizeHint(index);
     const bool across = shape() == RoundedNorth || shape() == RoundedSouth
         || shape() == TriangularNorth || shape() == TriangularSouth;
-    const int readable = fontMetrics().horizontalAdvance(QLatin1Char('x')) * 14;
+    const int readable = fontMetrics().horizontalAdvance(QLatin1Char('x')) * 20;
     if (across)
         hint.setWidth(std::max(hint.width(), std::min(readable, tabSizeHint(index).width())));
     return hint;
