@@ -1,6 +1,7 @@
 #include "core/base/appinfo.h"
 #include "core/base/clock.h"
 #include "core/base/uitexts.h"
+#include "core/browsing/roundtrip.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/model/booktreemodel.h"
 #include "core/model/historylistmodel.h"
@@ -27,6 +28,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -429,6 +431,34 @@ private slots:
             QVERIFY(answered.text.startsWith(uiText(textId).section(u'%', 0, 0)));
             QCOMPARE(m_frame->browsers().size(), windows);
         }
+    }
+
+    void folderRoundtripVisitsTheBookmarksInTheFoldersOrder()
+    {
+        for (const char *page : {"/r/1", "/r/2", "/r/3"})
+            m_server.setPage(QLatin1String(page), EngineTest::titled(page));
+        const QPersistentModelIndex tour = model()->addFolder(model()->rootIndex());
+        for (const char *page : {"/r/3", "javascript:void(0)", "/r/1", "/r/2"}) {
+            const QString address = page[0] == '/' ? url(page) : QString(QLatin1String(page));
+            model()->addBookmark(tour, address, address, BookEditing::Duplicates::Allow);
+        }
+        whenShown<QDialog>(this, [](QDialog *dialog) {
+            dialog->findChild<QSpinBox *>()->setValue(1);
+            dialog->accept();
+        });
+        m_server.clearRequests();
+        const int before = int(m_frame->browsers().size());
+        tool()->select(tour);
+        tool()->action(u"mn_StartBkmRoundtrip"_s)->trigger();
+        QCOMPARE(m_frame->browsers().size(), before + 1);
+        frmBrowser *window = m_frame->browsers().last();
+        QVERIFY(window->roundtrip());
+        QCOMPARE(window->roundtrip()->count(), 3);
+        VERIFY_SOON(window->roundtrip()->step() == Roundtrip::Step::Finished);
+        QCOMPARE(window->roundtrip()->visited(), 3);
+        QStringList pages = m_server.requests();
+        pages.removeAll(u"/favicon.ico"_s);
+        QCOMPARE(pages, (QStringList {u"/r/3"_s, u"/r/1"_s, u"/r/2"_s}));
     }
 
     void paneKeepsSideToolAndFoldBetweenRuns()
