@@ -1,6 +1,6 @@
 #include "core/model/layouttreemodel.h"
 
-#include <QCollator>
+#include "core/model/bookediting.h"
 
 #include <algorithm>
 
@@ -90,12 +90,11 @@ bool LayoutTreeModel::setProperties(
 
 bool LayoutTreeModel::sortByName()
 {
-    QCollator collator;
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    // The order the bookmark folders sort in, so both archives read alike.
     beginResetModel();
     std::stable_sort(m_book.colLayout.begin(), m_book.colLayout.end(),
-        [&collator](const LayoutItem &a, const LayoutItem &b) {
-            return collator.compare(a.LayoutName, b.LayoutName) < 0;
+        [](const LayoutItem &a, const LayoutItem &b) {
+            return BookEditing::sortsBefore(a.LayoutName, b.LayoutName);
         });
     m_book.IsEdit = true;
     endResetModel();
