@@ -12,6 +12,7 @@
 #include "ui/tools/layoutpropertydialog.h"
 #include "ui/tools/layouttool.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -127,7 +128,7 @@ private slots:
         for (frmBrowser *opened : {one, two})
             static_cast<QMdiSubWindow *>(opened->parentWidget())->showNormal();
         one->parentWidget()->setGeometry(10, 20, 400, 300);
-        two->parentWidget()->setGeometry(450, 60, 320, 240);
+        two->parentWidget()->setGeometry(250, 60, 320, 240);
         const QList<QRect> saved = {placeOf(one), placeOf(two)};
 
         // An empty name is refused in the dialog; the dialog stays until it has one.
@@ -164,7 +165,11 @@ private slots:
             QVERIFY2((place.topLeft() - saved.at(i).topLeft()).manhattanLength() <= 2
                     && qAbs(place.width() - saved.at(i).width()) <= 1
                     && qAbs(place.height() - saved.at(i).height()) <= 1,
-                qPrintable(u"window %1"_s.arg(i)));
+                qPrintable(u"window %1 at %2,%3 %4x%5"_s.arg(i)
+                               .arg(place.x())
+                               .arg(place.y())
+                               .arg(place.width())
+                               .arg(place.height())));
         }
 
         // A window node opens that window alone.
@@ -179,8 +184,10 @@ private slots:
         // Eight windows across 16,000 twips: far wider than this frame.
         QList<FensterInfo> wide;
         for (int i = 0; i < 8; ++i)
-            wide.append(window(url("/never"), float(i * 2000), 300, 2000, 9000));
+            wide.append(
+                window(url("/never?") + QString::number(i), float(i * 2000), 300, 2000, 9000));
         writeArchive({{u"Breit"_s, wide}});
+        tool()->ViewLayoutArchiv();
         // Listed in the frame's "open web layout" too.
         QMenu *openMenu = m_frame->menus()->layoutMenu();
         emit openMenu->aboutToShow();
