@@ -3,6 +3,7 @@
 #include "core/model/layouttreemodel.h"
 #include "engineenvironment.h"
 #include "localhttpserver.h"
+#include "modaldialogs.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
@@ -28,31 +29,6 @@ using namespace Qt::StringLiterals;
 using EngineTest::waitUntil;
 
 namespace {
-// Runs `act` on the next modal dialog of type T once it shows.
-template<typename T> void whenShown(QObject *context, std::function<void(T *)> act)
-{
-    auto *poll = new QTimer(context);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, act] {
-        if (auto *dialog = qobject_cast<T *>(QApplication::activeModalWidget())) {
-            poll->stop();
-            poll->deleteLater();
-            act(dialog);
-        }
-    });
-    poll->start(10);
-}
-// Answers the next message box with the button of that text; keeps its text.
-void answerBox(QObject *context, const QString &button, QString *text)
-{
-    whenShown<QMessageBox>(context, [button, text](QMessageBox *box) {
-        *text = box->text();
-        for (QAbstractButton *candidate : box->buttons()) {
-            if (candidate->text() == button)
-                return candidate->click();
-        }
-        box->reject();
-    });
-}
 QRect placeOf(frmBrowser *window)
 {
     return window->parentWidget()->geometry();
@@ -132,10 +108,9 @@ private slots:
         const QList<QRect> saved = {placeOf(one), placeOf(two)};
 
         // An empty name is refused in the dialog; the dialog stays until it has one.
-        QString refusal;
-        whenShown<LayoutPropertyDialog>(this, [this, &refusal](LayoutPropertyDialog *dialog) {
+        Answerer ok(u"OK"_s);
+        whenShown<LayoutPropertyDialog>(this, [](LayoutPropertyDialog *dialog) {
             dialog->nameField->clear();
-            answerBox(this, u"OK"_s, &refusal);
             dialog->accept();
             QVERIFY(dialog->isVisible());
             dialog->nameField->setText(u"Zwei Seiten"_s);
@@ -143,7 +118,7 @@ private slots:
             dialog->accept();
         });
         m_frame->menuAction(u"mn_Anordnung_saveArchive"_s)->trigger();
-        QCOMPARE(refusal, uiText(1561));
+        QCOMPARE(ok.text, uiText(1561));
         QCOMPARE(model()->rowCount(), 1);
         const QModelIndex layout = model()->index(0, 0);
         QCOMPARE(layout.data().toString(), u"Zwei Seiten"_s);
@@ -217,12 +192,13 @@ private slots:
         const QString file = m_data->filePath(tool()->book().colLayout.at(0).FileName);
         QVERIFY(QFile::exists(file));
         tool()->select(model()->index(0, 0));
-        QString question;
-        answerBox(this, u"&No"_s, &question);
-        tool()->action(u"mn_DelLayout"_s)->trigger();
-        QCOMPARE(question, uiText(1557).arg(u"Eins"_s));
-        QCOMPARE(model()->rowCount(), 2);
-        answerBox(this, u"&Yes"_s, &question);
+        {
+            Answerer no(u"&No"_s);
+            tool()->action(u"mn_DelLayout"_s)->trigger();
+            QCOMPARE(no.text, uiText(1557).arg(u"Eins"_s));
+            QCOMPARE(model()->rowCount(), 2);
+        }
+        Answerer yes(u"&Yes"_s);
         tool()->action(u"mn_DelLayout"_s)->trigger();
         QCOMPARE(model()->rowCount(), 1);
         QVERIFY(!QFile::exists(file));
