@@ -6,8 +6,13 @@
 
 QStringList Roundtrip::addressesOf(const QList<QStringList> &anchors)
 {
+    return pagesOf(LinksToOpen::select(anchors));
+}
+
+QStringList Roundtrip::pagesOf(const QStringList &addresses)
+{
     QStringList pages;
-    for (const QString &address : LinksToOpen::select(anchors)) {
+    for (const QString &address : addresses) {
         const QString scheme = QUrl(address).scheme().toLower();
         if (scheme == u"http" || scheme == u"https" || scheme == u"file")
             pages.append(address);

@@ -25,6 +25,8 @@ public:
     // given as {resolved address, href as written, address of its document}; no script,
     // mail or same-document links, only pages (http, https, file), each once.
     static QStringList addressesOf(const QList<QStringList> &anchors);
+    // The page addresses (http, https, file) of a list, in its order.
+    static QStringList pagesOf(const QStringList &addresses);
 
     Roundtrip(const QStringList &addresses, Timing timing, QObject *parent = nullptr);
 

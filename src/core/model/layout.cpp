@@ -30,6 +30,21 @@ FensterInfo toFensterInfo(const WindowDescription &window)
     return info;
 }
 
+WindowDescription fromFensterInfo(const FensterInfo &window)
+{
+    WindowDescription description;
+    description.left = window.x;
+    description.top = window.y;
+    description.width = window.Breite;
+    description.height = window.Hoehe;
+    description.address = window.URL;
+    description.caption = window.Titel;
+    description.windowState = window.WindowState;
+    description.toolbarVisible = window.ToolbarVisible;
+    description.addressBarVisible = window.AdressbarVisible;
+    return description;
+}
+
 QByteArray encodeRecord(const WindowDescription &window, qint16 number)
 {
     RecordWriter writer(RecordLength);

@@ -44,6 +44,8 @@ ReadResult LoadLayout(const QString &path);
 
 // The window as a layout of the layout archive keeps it.
 FensterInfo toFensterInfo(const WindowDescription &window);
+// A window of the layout archive, as the frame opens it.
+WindowDescription fromFensterInfo(const FensterInfo &window);
 
 QByteArray encodeRecord(const WindowDescription &window, qint16 number);
 WindowDescription decodeRecord(const QByteArray &record);

@@ -215,7 +215,12 @@ void FrameMenus::buildWindowMenu()
         menu, QStringLiteral("mn_Nebeneinander"), 402,
         [this] { m_frame->Arrange(MDIForm1::Arrangement::SideBySide); }, true);
     menu->addSeparator();
-    add(menu, QStringLiteral("mn_Anordnung_save"), 404, [this] {
+    // Both offer the layout archive beside the layout files; the tools pane serves the
+    // archive's entries, which wait disabled until it does.
+    auto *saveMenu = new QMenu(m_frame);
+    add(menu, QStringLiteral("mn_Anordnung_save"), 404, nullptr)->setMenu(saveMenu);
+    add(saveMenu, QStringLiteral("mn_Anordnung_saveArchive"), 2650, nullptr)->setEnabled(false);
+    add(saveMenu, QStringLiteral("mn_Anordnung_saveFile"), 2651, [this] {
         QString path = QFileDialog::getSaveFileName(
             m_frame, uiText(1563), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
         // Only .wlt files are written as layouts; a name typed without it gets it.
@@ -226,7 +231,10 @@ void FrameMenus::buildWindowMenu()
             m_frame->setStatusText(
                 WindowSets::saveLayoutFile(*m_frame, path, &problem) ? uiText(1135) : problem);
     });
-    add(menu, QStringLiteral("mn_Anordnung_load"), 405, [this] {
+    m_layoutMenu = new QMenu(m_frame);
+    m_layoutMenu->setObjectName(QStringLiteral("mn_Anordnung_loadMenu"));
+    add(menu, QStringLiteral("mn_Anordnung_load"), 405, nullptr)->setMenu(m_layoutMenu);
+    add(m_layoutMenu, QStringLiteral("mn_Anordnung_loadFile"), 2652, [this] {
         const QString path = QFileDialog::getOpenFileName(
             m_frame, uiText(1564), QString(), uiText(1562) + QStringLiteral(" (*.wlt)"));
         QString problem;

@@ -32,6 +32,8 @@ public:
 
     OpenAllLinks *openAllLinks() const { return m_openAllLinks; }
     StatusPanels *statusPanels() const { return m_statusPanels; }
+    // "open web layout": the file entry, then the layout archive's layouts.
+    QMenu *layoutMenu() const { return m_layoutMenu; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -57,6 +59,7 @@ private:
     QHash<QString, QAction *> m_actions;
     QHash<QString, QStringList> m_copies;
     QMenu *m_windowMenu = nullptr;
+    QMenu *m_layoutMenu = nullptr;
     QMenu *m_ctxt = nullptr;
     QMenu *m_ctxtT = nullptr;
     QList<QAction *> m_windowList;

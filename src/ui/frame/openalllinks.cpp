@@ -64,12 +64,21 @@ void OpenAllLinks::run(frmBrowser *window)
 
 void OpenAllLinks::open(const QStringList &addresses)
 {
-    if (addresses.isEmpty()) {
+    QList<Opener> openers;
+    openers.reserve(addresses.size());
+    for (const QString &address : addresses)
+        openers.append([this, address] { return m_frame->OpenNewBrowser(address); });
+    openWindows(openers);
+}
+
+void OpenAllLinks::openWindows(const QList<Opener> &openers)
+{
+    if (openers.isEmpty()) {
         emit finished(0);
         return;
     }
     const bool running = !m_queue.isEmpty();
-    m_queue += addresses;
+    m_queue += openers;
     if (!running)
         openNext();
 }
@@ -81,7 +90,7 @@ void OpenAllLinks::openNext()
     // gets its page soon instead of all of them crawling together.
     if (m_queue.isEmpty() || m_loading.size() >= MaxLoading)
         return;
-    frmBrowser *window = m_frame->OpenNewBrowser(m_queue.takeFirst());
+    frmBrowser *window = m_queue.takeFirst()();
     ++m_opened;
     m_loading.append(window);
     connect(window->page(), &PageView::loadFinished, this, [this, window] { loaded(window); });

@@ -34,6 +34,11 @@ public:
     // the order of the page.
     void run(frmBrowser *window);
 
+    // Opens windows one after another as the links are opened: `openers` each open one
+    // window. Layouts of many windows open through here too.
+    using Opener = std::function<frmBrowser *()>;
+    void openWindows(const QList<Opener> &openers);
+
     // At most this many of the new windows load at once; the next opens when one has
     // loaded, or has tried for the load time-out.
     static constexpr int MaxLoading = 4;
@@ -51,7 +56,7 @@ private:
     MDIForm1 *m_frame;
     Confirmation m_confirm = &OpenAllLinks::askUser;
     bool m_noticeSwitch = true;
-    QStringList m_queue;
+    QList<Opener> m_queue;
     int m_opened = 0;
     QList<const frmBrowser *> m_loading;
     int m_loadTimeoutMs = 20000;

@@ -4,10 +4,14 @@
 #include "core/base/uitexts.h"
 #include "core/model/book.h"
 #include "core/model/layout.h"
+#include "core/model/layoutfit.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
+#include "ui/frame/openalllinks.h"
 #include "ui/frame/twips.h"
 
+#include <QMdiArea>
 #include <QMdiSubWindow>
 
 namespace {
@@ -19,6 +23,42 @@ frmBrowser *openAddress(MDIForm1 &frame, const QString &address, bool asFeed)
     frmBrowser *window = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
     window->LoadFeed(address);
     return window;
+}
+
+frmBrowser *openPlaced(MDIForm1 &frame, const WindowDescription &description, const QRect &at)
+{
+    const bool asFeed = description.caption.endsWith(FeedMark::mark());
+    frmBrowser *window = openAddress(frame, description.address.trimmed(), asFeed);
+    window->setAddressBarVisible(description.addressBarVisible != 0);
+    window->setToolbarVisible(description.toolbarVisible != 0);
+    auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+    if (!sub)
+        return window;
+    sub->showNormal();
+    sub->setGeometry(at);
+    if (description.windowState == 1)
+        sub->showMinimized();
+    else if (description.windowState == 2)
+        sub->showMaximized();
+    return window;
+}
+
+QRect pixelsOf(MDIForm1 &frame, const WindowDescription &description)
+{
+    return QRect(Twips::toPixels(qRound(description.left), &frame),
+        Twips::toPixels(qRound(description.top), &frame),
+        Twips::toPixels(qRound(description.width), &frame),
+        Twips::toPixels(qRound(description.height), &frame));
+}
+
+// Where each window goes: inside the client area, a larger layout scaled down.
+QList<QRect> placesFor(MDIForm1 &frame, const QList<WindowDescription> &windows)
+{
+    QList<QRect> saved;
+    saved.reserve(windows.size());
+    for (const WindowDescription &window : windows)
+        saved.append(pixelsOf(frame, window));
+    return LayoutFit::fitInto(saved, frame.mdiArea()->viewport()->size());
 }
 
 } // namespace
@@ -59,30 +99,29 @@ int openBookmarkFolder(
 
 void OpenLayoutItem(MDIForm1 &frame, const WindowDescription &description)
 {
-    const bool asFeed = description.caption.endsWith(FeedMark::mark());
-    frmBrowser *window = openAddress(frame, description.address.trimmed(), asFeed);
-    window->setAddressBarVisible(description.addressBarVisible != 0);
-    window->setToolbarVisible(description.toolbarVisible != 0);
-    auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget());
-    if (!sub)
-        return;
-    sub->showNormal();
-    sub->setGeometry(Twips::toPixels(qRound(description.left), &frame),
-        Twips::toPixels(qRound(description.top), &frame),
-        Twips::toPixels(qRound(description.width), &frame),
-        Twips::toPixels(qRound(description.height), &frame));
-    if (description.windowState == 1)
-        sub->showMinimized();
-    else if (description.windowState == 2)
-        sub->showMaximized();
+    openPlaced(frame, description, pixelsOf(frame, description));
+}
+
+void openLayout(MDIForm1 &frame, const QList<WindowDescription> &windows)
+{
+    const QList<QRect> places = placesFor(frame, windows);
+    QList<OpenAllLinks::Opener> openers;
+    openers.reserve(windows.size());
+    for (qsizetype i = 0; i < windows.size(); ++i) {
+        openers.append([&frame, window = windows.at(i), at = places.at(i)] {
+            return openPlaced(frame, window, at);
+        });
+    }
+    frame.menus()->openAllLinks()->openWindows(openers);
 }
 
 int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
 {
     const Layout::ReadResult read = Layout::LoadLayout(path.trimmed());
     *problem = read.outcome.message();
-    for (const WindowDescription &window : read.windows)
-        OpenLayoutItem(frame, window);
+    const QList<QRect> places = placesFor(frame, read.windows);
+    for (qsizetype i = 0; i < read.windows.size(); ++i)
+        openPlaced(frame, read.windows.at(i), places.at(i));
     return int(read.windows.size());
 }
 
@@ -110,7 +149,7 @@ qint16 windowStateOf(const QMdiSubWindow &sub)
     return sub.isMinimized() ? 1 : sub.isMaximized() ? 2 : 0;
 }
 
-bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
+QList<WindowDescription> describeOpenWindows(MDIForm1 &frame)
 {
     QList<WindowDescription> windows;
     for (frmBrowser *window : frame.browsers()) {
@@ -129,6 +168,12 @@ bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
             sub->showMaximized();
         windows.append(describeWindow(frame, *window, normal, state));
     }
+    return windows;
+}
+
+bool saveLayoutFile(MDIForm1 &frame, const QString &path, QString *problem)
+{
+    const QList<WindowDescription> windows = describeOpenWindows(frame);
     const FileOutcome outcome = Layout::SaveLayout(path, windows);
     *problem = outcome.message();
     return outcome.ok();

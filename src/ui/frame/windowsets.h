@@ -24,6 +24,12 @@ int openLayoutFile(MDIForm1 &frame, const QString &path, QString *problem);
 // Opens one window as a layout describes it: address (a feed when its caption ends
 // with the feed mark), geometry in twips, bars and state.
 void OpenLayoutItem(MDIForm1 &frame, const WindowDescription &window);
+// Opens the windows of a layout through the frame's window queue (a handful loading at
+// once), placed inside the frame's client area: a layout larger than the area is scaled
+// down as a whole.
+void openLayout(MDIForm1 &frame, const QList<WindowDescription> &windows);
+// The open windows, in the frame's window order, as a layout keeps them.
+QList<WindowDescription> describeOpenWindows(MDIForm1 &frame);
 // A window as a layout keeps it, given its normal geometry (pixels) and its state
 // (0 normal, 1 minimised, 2 maximised).
 WindowDescription describeWindow(

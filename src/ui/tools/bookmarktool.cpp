@@ -172,7 +172,7 @@ void BookmarkTool::buildMenus()
     connect(addEntry(bookmark, "mn_OpenAllBkm", 1034, nullptr), &QAction::triggered, this,
         [this] { OpenAll(current()); });
     connect(addEntry(bookmark, "mn_StartBkmRoundtrip", 1051, nullptr), &QAction::triggered, this,
-        [this] { emit statusText(uiText(2204)); });
+        [this] { startRoundtrip(current()); });
     connect(addEntry(bookmark, "mn_OpenBkm", 1033, nullptr), &QAction::triggered, this,
         [this] { OpenBookmark(current()); });
     connect(addEntry(bookmark, "mn_setHome", 1027, nullptr), &QAction::triggered, this,

@@ -71,6 +71,8 @@ public:
     bool OpenBookmark(const QModelIndex &index);
     // Every bookmark of the folder, one window per turn of the event loop.
     void OpenAll(const QModelIndex &index);
+    // mn_StartBkmRoundtrip: a new window visits the folder's bookmarks in turn.
+    void startRoundtrip(const QModelIndex &index);
 
 signals:
     void statusText(const QString &text);

@@ -2,6 +2,7 @@
 // opening.
 #include "core/base/feedmark.h"
 #include "core/base/uitexts.h"
+#include "core/browsing/roundtrip.h"
 #include "core/model/booktreemodel.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
@@ -244,4 +245,17 @@ void BookmarkTool::openNext()
     WindowSets::openBookmark(*m_frame, m_openQueue.takeFirst());
     if (!m_openQueue.isEmpty())
         QTimer::singleShot(0, this, &BookmarkTool::openNext);
+}
+
+void BookmarkTool::startRoundtrip(const QModelIndex &index)
+{
+    Thema *folder = m_model->folderAt(index);
+    if (!folder || !m_book.ensureLoaded(*folder).ok() || !folder->colBookmark)
+        return;
+    QStringList addresses;
+    for (qsizetype i = 0; i < folder->colBookmark->count(); ++i)
+        addresses.append(folder->colBookmark->at(i).URL.trimmed());
+    // The window starts empty; the tour shows the folder's pages in the folder's order.
+    frmBrowser *window = m_frame->OpenNewBrowser(QStringLiteral("about:blank"));
+    window->StartRoundtrip(Roundtrip::pagesOf(addresses));
 }

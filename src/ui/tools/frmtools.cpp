@@ -8,6 +8,7 @@
 #include "ui/tools/bookmarkexchange.h"
 #include "ui/tools/bookmarktool.h"
 #include "ui/tools/historytool.h"
+#include "ui/tools/layouttool.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -78,13 +79,12 @@ frmTools::frmTools(MDIForm1 *frame)
         | QDockWidget::DockWidgetFloatable);
     m_bookmarks = new BookmarkTool(frame, this);
     m_history = new HistoryTool(frame, this);
+    m_layouts = new LayoutTool(frame, this);
 
     // CoolBar1: the current tool's band, then "minmax".
     m_bands = new QStackedWidget(this);
     m_bands->addWidget(m_bookmarks->band());
-    auto *layouts = new QToolBar(this);
-    layouts->setObjectName(QStringLiteral("Toolbar3"));
-    m_bands->addWidget(layouts);
+    m_bands->addWidget(m_layouts->band());
     m_bands->addWidget(m_history->band());
     auto *search = new QToolBar(this);
     search->addWidget(new QLabel(uiText(1501), search));
@@ -122,7 +122,7 @@ frmTools::frmTools(MDIForm1 *frame)
 
     m_content = new QStackedWidget(this);
     m_content->addWidget(m_bookmarks);
-    m_content->addWidget(placeholder(2202, this));
+    m_content->addWidget(m_layouts);
     m_content->addWidget(m_history);
     m_content->addWidget(placeholder(2203, this));
 
@@ -167,6 +167,8 @@ frmTools::frmTools(MDIForm1 *frame)
     connect(m_tabs, &QTabBar::currentChanged, this, &frmTools::showTab);
     connect(m_bookmarks, &BookmarkTool::statusText, this, &frmTools::setStatus);
     connect(m_history, &HistoryTool::statusText, this, &frmTools::setStatus);
+    connect(m_layouts, &LayoutTool::statusText, this, &frmTools::setStatus);
+    connect(m_layouts, &LayoutTool::showRequested, this, [this] { SelectTool(Layouts); });
     connect(m_bookmarks, &BookmarkTool::closeRequested, this, &QWidget::close);
     BookmarkExchange *exchange = m_bookmarks->exchange();
     connect(m_cancel, &QToolButton::clicked, exchange, &BookmarkExchange::cancelImport);
@@ -248,6 +250,12 @@ void frmTools::showTab(int index)
         m_archiveLoaded = true;
         m_bookmarks->load();
     }
+    if (index == 1 && !m_layoutsLoaded) {
+        m_layoutsLoaded = true;
+        m_layouts->ViewLayoutArchiv();
+    } else if (index == 1) {
+        setStatus(uiText(2653).arg(m_layouts->book().colLayout.size()));
+    }
     if (index == 2)
         m_history->refresh();
     if (index == 0)
@@ -265,6 +273,7 @@ void frmTools::syncButtons()
     check->setEnabled(history);
     check->setChecked(m_history->button(QStringLiteral("check"))->isChecked());
     m_bookmarks->band()->findChild<QAction *>(QStringLiteral("edit"))->setEnabled(!m_folded);
+    m_layouts->band()->findChild<QAction *>(QStringLiteral("edit"))->setEnabled(!m_folded);
     m_history->button(QStringLiteral("check"))->setEnabled(!m_folded);
     m_minmax->findChild<QAction *>(QStringLiteral("min"))->setEnabled(!m_folded);
     m_minmax->findChild<QAction *>(QStringLiteral("max"))->setEnabled(m_folded);

@@ -5,6 +5,7 @@
 
 class BookmarkTool;
 class HistoryTool;
+class LayoutTool;
 class MDIForm1;
 class QLabel;
 class QMenuBar;
@@ -37,6 +38,7 @@ public:
 
     BookmarkTool *bookmarks() const { return m_bookmarks; }
     HistoryTool *history() const { return m_history; }
+    LayoutTool *layouts() const { return m_layouts; }
     QTabBar *tabStrip() const { return m_tabs; }
     QLabel *statusPanel() const { return m_status; }
     QToolBar *minmax() const { return m_minmax; }
@@ -67,6 +69,7 @@ private:
     MDIForm1 *m_frame;
     BookmarkTool *m_bookmarks = nullptr;
     HistoryTool *m_history = nullptr;
+    LayoutTool *m_layouts = nullptr;
     QMenuBar *m_menuBar = nullptr;
     QStackedWidget *m_bands = nullptr;
     QStackedWidget *m_content = nullptr;
@@ -79,5 +82,6 @@ private:
     QWidget *m_body = nullptr;
     bool m_folded = false;
     bool m_archiveLoaded = false;
+    bool m_layoutsLoaded = false;
     int m_shownTab = -1;
 };

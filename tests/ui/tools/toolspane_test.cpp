@@ -1,12 +1,14 @@
 #include "core/base/appinfo.h"
 #include "core/base/clock.h"
 #include "core/base/uitexts.h"
+#include "core/browsing/roundtrip.h"
 #include "core/exchange/netscapeimport.h"
 #include "core/model/booktreemodel.h"
 #include "core/model/historylistmodel.h"
 #include "core/prefs/prefer.h"
 #include "engineenvironment.h"
 #include "localhttpserver.h"
+#include "modaldialogs.h"
 #include "ui/browser/frmbrowser.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/tools/bookmarkexchange.h"
@@ -27,6 +29,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -36,48 +39,6 @@ using namespace Qt::StringLiterals;
 using EngineTest::waitUntil;
 
 namespace {
-// Runs `act` on the next modal dialog of type T once it shows.
-template<typename T> void whenShown(QObject *context, std::function<void(T *)> act)
-{
-    auto *poll = new QTimer(context);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, act] {
-        if (auto *dialog = qobject_cast<T *>(QApplication::activeModalWidget())) {
-            poll->stop();
-            poll->deleteLater();
-            act(dialog);
-        }
-    });
-    poll->start(10);
-}
-// While it lives, answers every message box with the button of that text, and keeps
-// how many there were and the last one's text.
-struct Answerer
-{
-    // The innermost one answers: a box inside a dialog that an outer one waits for.
-    explicit Answerer(const QString &button)
-        : outer(std::exchange(innermost, this))
-    {
-        QObject::connect(&poll, &QTimer::timeout, &poll, [this, button] {
-            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            if (!box || !box->isVisible() || innermost != this)
-                return;
-            ++count;
-            text = box->text();
-            for (QAbstractButton *candidate : box->buttons()) {
-                if (candidate->text() == button)
-                    return candidate->click();
-            }
-            box->reject();
-        });
-        poll.start(10);
-    }
-    ~Answerer() { innermost = outer; }
-    static inline Answerer *innermost = nullptr;
-    Answerer *outer;
-    QTimer poll;
-    int count = 0;
-    QString text;
-};
 QStringList titles(BookTreeModel *model, const QModelIndex &parent)
 {
     QStringList names;
@@ -429,6 +390,34 @@ private slots:
             QVERIFY(answered.text.startsWith(uiText(textId).section(u'%', 0, 0)));
             QCOMPARE(m_frame->browsers().size(), windows);
         }
+    }
+
+    void folderRoundtripVisitsTheBookmarksInTheFoldersOrder()
+    {
+        for (const char *page : {"/r/1", "/r/2", "/r/3"})
+            m_server.setPage(QLatin1String(page), EngineTest::titled(page));
+        const QPersistentModelIndex tour = model()->addFolder(model()->rootIndex());
+        for (const char *page : {"/r/3", "javascript:void(0)", "/r/1", "/r/2"}) {
+            const QString address = page[0] == '/' ? url(page) : QString(QLatin1String(page));
+            model()->addBookmark(tour, address, address, BookEditing::Duplicates::Allow);
+        }
+        whenShown<QDialog>(this, [](QDialog *dialog) {
+            dialog->findChild<QSpinBox *>()->setValue(1);
+            dialog->accept();
+        });
+        m_server.clearRequests();
+        const int before = int(m_frame->browsers().size());
+        tool()->select(tour);
+        tool()->action(u"mn_StartBkmRoundtrip"_s)->trigger();
+        QCOMPARE(m_frame->browsers().size(), before + 1);
+        frmBrowser *window = m_frame->browsers().last();
+        QVERIFY(window->roundtrip());
+        QCOMPARE(window->roundtrip()->count(), 3);
+        VERIFY_SOON(window->roundtrip()->step() == Roundtrip::Step::Finished);
+        QCOMPARE(window->roundtrip()->visited(), 3);
+        QStringList pages = m_server.requests();
+        pages.removeAll(u"/favicon.ico"_s);
+        QCOMPARE(pages, (QStringList {u"/r/3"_s, u"/r/1"_s, u"/r/2"_s}));
     }
 
     void paneKeepsSideToolAndFoldBetweenRuns()
