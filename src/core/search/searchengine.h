@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+// One engine of the search tool: its name (the key), its group and the address of a
+// search, where "%s" stands for the URL-encoded term.
+struct SearchEngine
+{
+    QString machine;
+    QString group;
+    QString address;
+    bool checked = false;
+
+    // The address of a search for the term.
+    QString addressFor(const QString &term) const;
+
+    bool operator==(const SearchEngine &other) const
+    {
+        return machine == other.machine && group == other.group && address == other.address
+            && checked == other.checked;
+    }
+};
