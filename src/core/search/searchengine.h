@@ -10,6 +10,8 @@ struct SearchEngine
     QString group;
     QString address;
     bool checked = false;
+    // Added from a page's OpenSearch description rather than read from the form page.
+    bool added = false;
 
     // The address of a search for the term.
     QString addressFor(const QString &term) const;
@@ -17,6 +19,6 @@ struct SearchEngine
     bool operator==(const SearchEngine &other) const
     {
         return machine == other.machine && group == other.group && address == other.address
-            && checked == other.checked;
+            && checked == other.checked && added == other.added;
     }
 };

@@ -3,6 +3,7 @@
 #include "core/base/uitexts.h"
 
 #include <QHash>
+#include <QSet>
 #include <QSettings>
 
 namespace {
@@ -29,6 +30,7 @@ void SearchEngineList::load()
         engine.group = file.value(QStringLiteral("group")).toString();
         engine.address = file.value(QStringLiteral("address")).toString();
         engine.checked = file.value(QStringLiteral("checked")).toBool();
+        engine.added = file.value(QStringLiteral("added")).toBool();
         if (!engine.machine.isEmpty() && engine.address.contains(QStringLiteral("%s")))
             m_engines.append(engine);
     }
@@ -48,6 +50,7 @@ bool SearchEngineList::save() const
         file.setValue(QStringLiteral("group"), engine.group);
         file.setValue(QStringLiteral("address"), engine.address);
         file.setValue(QStringLiteral("checked"), engine.checked);
+        file.setValue(QStringLiteral("added"), engine.added);
     }
     file.endArray();
     file.sync();
@@ -59,11 +62,40 @@ void SearchEngineList::setEngines(const QList<SearchEngine> &engines)
     QHash<QString, bool> known;
     for (const SearchEngine &engine : std::as_const(m_engines))
         known.insert(engine.machine, engine.checked);
-    beginResetModel();
-    m_engines = engines.mid(0, MaxEngines);
-    for (SearchEngine &engine : m_engines)
+    QList<SearchEngine> list = engines.mid(0, MaxEngines);
+    QSet<QString> names;
+    for (SearchEngine &engine : list) {
         engine.checked = known.value(engine.machine, engine.checked);
+        names.insert(engine.machine);
+    }
+    for (const SearchEngine &engine : std::as_const(m_engines)) {
+        if (engine.added && !names.contains(engine.machine) && list.size() < MaxEngines)
+            list.append(engine);
+    }
+    beginResetModel();
+    m_engines = std::move(list);
     endResetModel();
+    save();
+    emit checksChanged();
+}
+
+void SearchEngineList::add(SearchEngine engine)
+{
+    engine.checked = true;
+    for (int row = 0; row < m_engines.size(); ++row) {
+        if (m_engines.at(row).machine == engine.machine) {
+            m_engines[row] = engine;
+            emit dataChanged(index(row, Check), index(row, Group));
+            save();
+            emit checksChanged();
+            return;
+        }
+    }
+    if (m_engines.size() >= MaxEngines)
+        return;
+    beginInsertRows({}, int(m_engines.size()), int(m_engines.size()));
+    m_engines.append(engine);
+    endInsertRows();
     save();
     emit checksChanged();
 }

@@ -21,7 +21,10 @@ public:
     const QList<SearchEngine> &engines() const { return m_engines; }
     // The engines of a freshly read page replace the list; an engine the list knew by
     // name keeps its check box as the user left it. The list is saved.
+    // Engines added from pages stay unless the page now has one of their name.
     void setEngines(const QList<SearchEngine> &engines);
+    // Adds an engine, checked, or replaces the one of its name. The list is saved.
+    void add(SearchEngine engine);
     void setChecked(int row, bool checked);
     // The groups in list order, each once.
     QStringList groups() const;

@@ -8,13 +8,13 @@
 #include "ui/tools/bookmarkexchange.h"
 #include "ui/tools/bookmarktool.h"
 #include "ui/tools/historytool.h"
+#include "ui/tools/searchtool.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -78,6 +78,7 @@ frmTools::frmTools(MDIForm1 *frame)
         | QDockWidget::DockWidgetFloatable);
     m_bookmarks = new BookmarkTool(frame, this);
     m_history = new HistoryTool(frame, this);
+    m_search = new SearchTool(frame, this);
 
     // CoolBar1: the current tool's band, then "minmax".
     m_bands = new QStackedWidget(this);
@@ -86,13 +87,7 @@ frmTools::frmTools(MDIForm1 *frame)
     layouts->setObjectName(QStringLiteral("Toolbar3"));
     m_bands->addWidget(layouts);
     m_bands->addWidget(m_history->band());
-    auto *search = new QToolBar(this);
-    search->addWidget(new QLabel(uiText(1501), search));
-    auto *term = new QLineEdit(search);
-    term->setObjectName(QStringLiteral("Text1"));
-    term->setEnabled(false);
-    search->addWidget(term);
-    m_bands->addWidget(search);
+    m_bands->addWidget(m_search->band());
     m_minmax = new QToolBar(this);
     m_minmax->setObjectName(QStringLiteral("Toolbar4"));
     m_minmax->setIconSize(QSize(16, 16));
@@ -103,7 +98,7 @@ frmTools::frmTools(MDIForm1 *frame)
               return entry;
           };
     connect(add("start", 802, "document-open", QStyle::SP_DialogOpenButton), &QAction::triggered,
-        m_history, &HistoryTool::start);
+        this, [this] { currentTool() == Search ? m_search->start() : m_history->start(); });
     m_minmax->addSeparator()->setObjectName(QStringLiteral("sep1"));
     QAction *check = add("check", 803, "edit-select-all", QStyle::SP_DialogApplyButton);
     check->setCheckable(true);
@@ -124,7 +119,7 @@ frmTools::frmTools(MDIForm1 *frame)
     m_content->addWidget(m_bookmarks);
     m_content->addWidget(placeholder(2202, this));
     m_content->addWidget(m_history);
-    m_content->addWidget(placeholder(2203, this));
+    m_content->addWidget(m_search);
 
     m_tabs = new QTabBar(this);
     m_tabs->setObjectName(QStringLiteral("TabStrip1"));
@@ -167,6 +162,7 @@ frmTools::frmTools(MDIForm1 *frame)
     connect(m_tabs, &QTabBar::currentChanged, this, &frmTools::showTab);
     connect(m_bookmarks, &BookmarkTool::statusText, this, &frmTools::setStatus);
     connect(m_history, &HistoryTool::statusText, this, &frmTools::setStatus);
+    connect(m_search, &SearchTool::statusText, this, &frmTools::setStatus);
     connect(m_bookmarks, &BookmarkTool::closeRequested, this, &QWidget::close);
     BookmarkExchange *exchange = m_bookmarks->exchange();
     connect(m_cancel, &QToolButton::clicked, exchange, &BookmarkExchange::cancelImport);
@@ -252,15 +248,20 @@ void frmTools::showTab(int index)
         m_history->refresh();
     if (index == 0)
         setStatus(uiText(2216).arg(m_bookmarks->book().colThema.count()));
+    if (index == 3)
+        setStatus(m_search->lastStatus());
     syncButtons();
 }
 
 void frmTools::syncButtons()
 {
-    // "start" and "check" act on the history; folded, nothing is there to act on.
+    // "start" acts on the history or the search, "check" on the history; folded, nothing
+    // is there to act on.
     const bool history = m_tabs->currentIndex() == 2 && !m_folded;
+    const bool search = m_tabs->currentIndex() == 3 && !m_folded;
     m_minmax->findChild<QAction *>(QStringLiteral("start"))
-        ->setEnabled(history && m_history->button(QStringLiteral("start"))->isEnabled());
+        ->setEnabled(
+            search || (history && m_history->button(QStringLiteral("start"))->isEnabled()));
     QAction *check = m_minmax->findChild<QAction *>(QStringLiteral("check"));
     check->setEnabled(history);
     check->setChecked(m_history->button(QStringLiteral("check"))->isChecked());

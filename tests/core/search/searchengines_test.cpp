@@ -1,4 +1,5 @@
 #include "core/base/uitexts.h"
+#include "core/search/opensearch.h"
 #include "core/search/searchenginelist.h"
 #include "core/search/searchformfile.h"
 
@@ -181,6 +182,79 @@ private slots:
             QList<SearchEngine>({engine("C", "News", "https://c2/?q=%s", true),
                 engine("A", "Web", "https://a/?q=%s", false),
                 engine("D", "Web", "https://d/?q=%s", true)}));
+    }
+
+    void openSearchDescriptionsGiveAnAddedEngine_data()
+    {
+        QTest::addColumn<QByteArray>("xml");
+        QTest::addColumn<QString>("expected"); // machine|address, or the error
+
+        const QByteArray head = "<?xml version='1.0'?><OpenSearchDescription "
+                                "xmlns='http://a9.com/-/spec/opensearch/1.1/'>";
+        QTest::newRow("html url after others, parameters filled")
+            << head
+                + "<ShortName> Ex  Search </ShortName>"
+                  "<Url type='application/rss+xml' template='https://ex/rss?q={searchTerms}'/>"
+                  "<Url type='text/html' method='post' template='https://ex/post'/>"
+                  "<Url type='text/html' template='https://ex/s?q={searchTerms}&amp;"
+                  "p={startPage?}&amp;ie={inputEncoding}&amp;n={count}&amp;x={ex:y?}&amp;"
+                  "l={language}'/></OpenSearchDescription>"
+            << u"Ex Search|https://ex/s?q=%s&p=&ie=UTF-8&n=20&x=&l=*"_s;
+        QTest::newRow("template made a proper address") << head
+                + "<ShortName>W</ShortName><Url type='text/html' "
+                  "template='http://w/über {searchTerms}'/></OpenSearchDescription>"
+                                                        << u"W|http://w/%C3%BCber%20%s"_s;
+        const QString unusable = uiText(2613);
+        QTest::newRow("no name") << head
+                + "<Url type='text/html' template='https://e/?q={searchTerms}'/>"
+                  "</OpenSearchDescription>"
+                                 << unusable;
+        QTest::newRow("no term") << head
+                + "<ShortName>N</ShortName><Url type='text/html' "
+                  "template='https://e/'/></OpenSearchDescription>"
+                                 << unusable;
+        QTest::newRow("script address") << head
+                + "<ShortName>J</ShortName><Url type='text/html' "
+                  "template='javascript:alert({searchTerms})'/></OpenSearchDescription>"
+                                        << unusable;
+        QTest::newRow("another document") << QByteArray("<html><body>no</body></html>") << unusable;
+        QTest::newRow("entities refused")
+            << QByteArray("<!DOCTYPE x [<!ENTITY a 'aaaa'>]><OpenSearchDescription/>") << unusable;
+        QTest::newRow("too large") << head + QByteArray(300 * 1024, ' ') << uiText(2611);
+    }
+    void openSearchDescriptionsGiveAnAddedEngine()
+    {
+        QFETCH(QByteArray, xml);
+        QFETCH(QString, expected);
+        QString error;
+        const std::optional<SearchEngine> engine = OpenSearch::parse(xml, &error);
+        QCOMPARE(engine ? engine->machine + u'|' + engine->address : error, expected);
+        if (engine) {
+            QVERIFY(engine->added);
+            QCOMPARE(engine->group, uiText(2612));
+        }
+        QVERIFY(!OpenSearch::parse("<OpenSearchDescription><ShortName>x", &error));
+        QVERIFY(!error.isEmpty());
+        QVERIFY(OpenSearch::isDescriptionType(u" Application/OpenSearchDescription+XML"_s));
+    }
+
+    void addedEnginesOutliveRereadsOfThePage()
+    {
+        const QString path = m_dir.filePath(u"added.ini"_s);
+        SearchEngineList list(path);
+        list.setEngines({engine("A", "Web", "https://a/?q=%s", false)});
+        SearchEngine added = engine("X", "Hinzugefügt", "https://x/?q=%s", false);
+        added.added = true;
+        list.add(added);
+        added.checked = true;
+        QCOMPARE(list.engines().last(), added);
+        list.setEngines({engine("B", "Web", "https://b/?q=%s", false)});
+        QCOMPARE(SearchEngineList(path).engines(),
+            QList<SearchEngine>({engine("B", "Web", "https://b/?q=%s", false), added}));
+        // A page engine of the same name takes its place.
+        list.setEngines({engine("X", "Web", "https://x2/?q=%s", false)});
+        QCOMPARE(
+            list.engines(), QList<SearchEngine>({engine("X", "Web", "https://x2/?q=%s", true)}));
     }
 
     void damagedListFileLosesOnlyWhatIsUnusable()
