@@ -74,8 +74,12 @@ std::optional<SearchEngine> parse(const QByteArray &bytes, QString *error)
         } else if (xml.name() == u"Url" && address.isEmpty()) {
             const auto attributes = xml.attributes();
             const QString method = attributes.value(QLatin1String("method")).toString().toLower();
-            const QString candidate = attributes.value(QLatin1String("template")).toString().trimmed();
-            if (attributes.value(QLatin1String("type")).trimmed().compare(u"text/html", Qt::CaseInsensitive) == 0
+            const QString candidate
+                = attributes.value(QLatin1String("template")).toString().trimmed();
+            if (attributes.value(QLatin1String("type"))
+                        .trimmed()
+                        .compare(u"text/html", Qt::CaseInsensitive)
+                    == 0
                 && (method.isEmpty() || method == u"get")
                 && candidate.contains(QStringLiteral("{searchTerms}")))
                 address = filledTemplate(candidate);
