@@ -50,6 +50,7 @@ SearchTool::SearchTool(MDIForm1 *frame, QWidget *parent)
     m_term->setObjectName(QStringLiteral("Text1"));
     m_term->setPlaceholderText(uiText(2610));
     m_term->setClearButtonEnabled(true);
+    m_term->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_band->addWidget(m_term);
     QAction *go = m_band->addAction(
         bandIcon("system-search", QStyle::SP_DialogOpenButton, this), uiText(1512));
@@ -67,6 +68,8 @@ SearchTool::SearchTool(MDIForm1 *frame, QWidget *parent)
     m_list->setUniformRowHeights(true);
     m_list->setModel(m_filtered);
     m_list->header()->setSectionResizeMode(SearchEngineList::Check, QHeaderView::ResizeToContents);
+    m_list->header()->setSectionResizeMode(
+        SearchEngineList::Machine, QHeaderView::ResizeToContents);
     m_list->header()->setStretchLastSection(true);
     m_split = new QSplitter(Qt::Vertical, this);
     m_split->addWidget(m_list);

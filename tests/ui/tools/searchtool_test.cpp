@@ -220,6 +220,14 @@ private slots:
         QVERIFY(page);
         VERIFY_SOON(page->title() == u"Engines"_s && !page->isLoading());
         QCOMPARE(page->url(), QUrl::fromLocalFile(pagePath()));
+        // A search sent from the page goes to a browser window of the frame.
+        const int before = int(m_frame->browsers().size());
+        bool sent = false;
+        page->runScript(u"var f = document.forms[1]; f.s.value = 'p q'; f.requestSubmit(); 1"_s,
+            [&sent](const QVariant &) { sent = true; });
+        VERIFY_SOON(sent && m_frame->browsers().size() == before + 1);
+        QCOMPARE(requestedSince(before), QStringList({at("/web2") + u"?src=vt&s=p+q"_s}));
+        QCOMPARE(page->url(), QUrl::fromLocalFile(pagePath()));
     }
 };
 
