@@ -3,6 +3,7 @@
 #include "core/base/uitexts.h"
 #include "core/html/htmlsource.h"
 #include "core/html/htmltext.h"
+#include "core/html/parsearena.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -118,10 +119,8 @@ std::optional<SearchEngine> engineOf(const GumboNode *form, const QUrl &base)
 
 struct GumboDeleter
 {
-    void operator()(GumboOutput *output) const
-    {
-        gumbo_destroy_output(&kGumboDefaultOptions, output);
-    }
+    const GumboOptions *options;
+    void operator()(GumboOutput *output) const { gumbo_destroy_output(options, output); }
 };
 } // namespace
 
@@ -162,10 +161,16 @@ Result parse(const QByteArray &bytes, const QUrl &base, const Limits &limits)
     }
     QString encoding;
     const QByteArray utf8 = HtmlSource::toUtf8(bytes, &encoding);
+    // The arena takes back the few bytes the parser loses on some broken markup.
+    ParseArena arena;
     GumboOptions options = kGumboDefaultOptions;
     options.max_errors = 0;
+    options.allocator = &ParseArena::allocateIn;
+    options.deallocator = &ParseArena::deallocateIn;
+    options.userdata = &arena;
     const std::unique_ptr<GumboOutput, GumboDeleter> output(
-        gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size())));
+        gumbo_parse_with_options(&options, utf8.constData(), size_t(utf8.size())),
+        GumboDeleter {&options});
     if (!output || !output->root || !isElement(output->root)) {
         result.status = Result::NoEngines;
         return result;
