@@ -11,7 +11,7 @@
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 build="$top/build-fuzz"
-all="prefs bookindex folder layoutindex layoutfile layoutexport netscapeimport feed feedcleaner handover pop3"
+all="prefs bookindex folder layoutindex layoutfile layoutexport netscapeimport feed feedcleaner handover pop3 searchform opensearch"
 what=${1:?usage: fuzz.sh HARNESS|all [SECONDS]}
 if [ "$what" = all ]; then
     seconds=${2:-20}
@@ -47,6 +47,8 @@ for h in $harnesses; do
         feedcleaner) max=16384 dict=html.dict extra="$top/tests/corpus/xss $top/tests/corpus/bookmarks" ;;
         handover) max=70000 dict= extra= ;;
         pop3) max=4096 dict=pop3.dict extra= ;;
+        searchform) max=65536 dict=html.dict extra="$top/resources" ;;
+        opensearch) max=16384 dict=xml.dict extra= ;;
         *) echo "fuzz.sh: no harness named $h (one of: $all)" >&2; exit 2 ;;
     esac
     corpus="$build/corpus/$h"

@@ -9,13 +9,13 @@
 #include "ui/tools/bookmarktool.h"
 #include "ui/tools/historytool.h"
 #include "ui/tools/layouttool.h"
+#include "ui/tools/searchtool.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -40,14 +40,6 @@ int tabOfTool(int tool)
         : tool == frmTools::Search   ? 3
         : tool == frmTools::Layouts  ? 1
                                      : 0;
-}
-QLabel *placeholder(int textId, QWidget *parent)
-{
-    auto *label = new QLabel(uiText(textId), parent);
-    label->setWordWrap(true);
-    label->setAlignment(Qt::AlignCenter);
-    label->setMargin(12);
-    return label;
 }
 } // namespace
 
@@ -80,19 +72,14 @@ frmTools::frmTools(MDIForm1 *frame)
     m_bookmarks = new BookmarkTool(frame, this);
     m_history = new HistoryTool(frame, this);
     m_layouts = new LayoutTool(frame, this);
+    m_search = new SearchTool(frame, this);
 
     // CoolBar1: the current tool's band, then "minmax".
     m_bands = new QStackedWidget(this);
     m_bands->addWidget(m_bookmarks->band());
     m_bands->addWidget(m_layouts->band());
     m_bands->addWidget(m_history->band());
-    auto *search = new QToolBar(this);
-    search->addWidget(new QLabel(uiText(1501), search));
-    auto *term = new QLineEdit(search);
-    term->setObjectName(QStringLiteral("Text1"));
-    term->setEnabled(false);
-    search->addWidget(term);
-    m_bands->addWidget(search);
+    m_bands->addWidget(m_search->band());
     m_minmax = new QToolBar(this);
     m_minmax->setObjectName(QStringLiteral("Toolbar4"));
     m_minmax->setIconSize(QSize(16, 16));
@@ -103,7 +90,7 @@ frmTools::frmTools(MDIForm1 *frame)
               return entry;
           };
     connect(add("start", 802, "document-open", QStyle::SP_DialogOpenButton), &QAction::triggered,
-        m_history, &HistoryTool::start);
+        this, [this] { currentTool() == Search ? m_search->start() : m_history->start(); });
     m_minmax->addSeparator()->setObjectName(QStringLiteral("sep1"));
     QAction *check = add("check", 803, "edit-select-all", QStyle::SP_DialogApplyButton);
     check->setCheckable(true);
@@ -124,7 +111,7 @@ frmTools::frmTools(MDIForm1 *frame)
     m_content->addWidget(m_bookmarks);
     m_content->addWidget(m_layouts);
     m_content->addWidget(m_history);
-    m_content->addWidget(placeholder(2203, this));
+    m_content->addWidget(m_search);
 
     m_tabs = new QTabBar(this);
     m_tabs->setObjectName(QStringLiteral("TabStrip1"));
@@ -169,6 +156,7 @@ frmTools::frmTools(MDIForm1 *frame)
     connect(m_history, &HistoryTool::statusText, this, &frmTools::setStatus);
     connect(m_layouts, &LayoutTool::statusText, this, &frmTools::setStatus);
     connect(m_layouts, &LayoutTool::showRequested, this, [this] { SelectTool(Layouts); });
+    connect(m_search, &SearchTool::statusText, this, &frmTools::setStatus);
     connect(m_bookmarks, &BookmarkTool::closeRequested, this, &QWidget::close);
     BookmarkExchange *exchange = m_bookmarks->exchange();
     connect(m_cancel, &QToolButton::clicked, exchange, &BookmarkExchange::cancelImport);
@@ -260,15 +248,20 @@ void frmTools::showTab(int index)
         m_history->refresh();
     if (index == 0)
         setStatus(uiText(2216).arg(m_bookmarks->book().colThema.count()));
+    if (index == 3)
+        setStatus(m_search->lastStatus());
     syncButtons();
 }
 
 void frmTools::syncButtons()
 {
-    // "start" and "check" act on the history; folded, nothing is there to act on.
+    // "start" acts on the history or the search, "check" on the history; folded, nothing
+    // is there to act on.
     const bool history = m_tabs->currentIndex() == 2 && !m_folded;
+    const bool search = m_tabs->currentIndex() == 3 && !m_folded;
     m_minmax->findChild<QAction *>(QStringLiteral("start"))
-        ->setEnabled(history && m_history->button(QStringLiteral("start"))->isEnabled());
+        ->setEnabled(
+            search || (history && m_history->button(QStringLiteral("start"))->isEnabled()));
     QAction *check = m_minmax->findChild<QAction *>(QStringLiteral("check"));
     check->setEnabled(history);
     check->setChecked(m_history->button(QStringLiteral("check"))->isChecked());

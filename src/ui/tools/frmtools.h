@@ -15,6 +15,7 @@ class QStatusBar;
 class QTabBar;
 class QToolBar;
 class QToolButton;
+class SearchTool;
 
 // The tools pane: a dock of the main frame carrying the bookmark archive, the layout
 // archive, the history and the search, one at a time, switched by the tab strip at its
@@ -39,6 +40,7 @@ public:
     BookmarkTool *bookmarks() const { return m_bookmarks; }
     HistoryTool *history() const { return m_history; }
     LayoutTool *layouts() const { return m_layouts; }
+    SearchTool *search() const { return m_search; }
     QTabBar *tabStrip() const { return m_tabs; }
     QLabel *statusPanel() const { return m_status; }
     QToolBar *minmax() const { return m_minmax; }
@@ -70,6 +72,7 @@ private:
     BookmarkTool *m_bookmarks = nullptr;
     HistoryTool *m_history = nullptr;
     LayoutTool *m_layouts = nullptr;
+    SearchTool *m_search = nullptr;
     QMenuBar *m_menuBar = nullptr;
     QStackedWidget *m_bands = nullptr;
     QStackedWidget *m_content = nullptr;
