@@ -18,7 +18,7 @@ import time
 
 BUILD = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else "build")
 ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 5
-VANTRELL = os.path.join(BUILD, "src", "vantrell")
+VANTRELL = os.path.join(BUILD, "bin", "vantrell")
 BARE = os.path.join(BUILD, "bench", "startup", "bench_bare_engine")
 
 arrivals = {}
