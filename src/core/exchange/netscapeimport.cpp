@@ -164,18 +164,15 @@ QString normalisedAddress(const QString &href)
 Result parse(const QByteArray &bytes, const Limits &limits, const Progress &progress)
 {
     Result result;
-    if (bytes.size() > limits.maxFileBytes) {
+    switch (HtmlSource::fits(bytes, limits.maxFileBytes, limits.maxElements, limits.maxNesting)) {
+    case HtmlSource::Fit::TooLarge:
         result.status = Result::TooLarge;
         return result;
-    }
-    const HtmlSource::Shape shape = HtmlSource::estimateShape(bytes);
-    if (shape.startTags > limits.maxElements) {
-        result.status = Result::TooLarge;
-        return result;
-    }
-    if (shape.deepest > limits.maxNesting) {
+    case HtmlSource::Fit::TooDeep:
         result.status = Result::TooDeep;
         return result;
+    case HtmlSource::Fit::Fits:
+        break;
     }
     const QByteArray utf8 = HtmlSource::toUtf8(bytes, &result.encoding);
 

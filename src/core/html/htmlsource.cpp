@@ -116,6 +116,16 @@ QByteArray toUtf8(const QByteArray &bytes, QString *encoding)
     return decoded.text.toUtf8();
 }
 
+Fit fits(const QByteArray &bytes, qint64 maxBytes, qint64 maxElements, int maxNesting)
+{
+    if (bytes.size() > maxBytes)
+        return Fit::TooLarge;
+    const Shape shape = estimateShape(bytes);
+    if (shape.startTags > maxElements)
+        return Fit::TooLarge;
+    return shape.deepest > maxNesting ? Fit::TooDeep : Fit::Fits;
+}
+
 Shape estimateShape(const QByteArray &bytes)
 {
     Shape shape;

@@ -33,4 +33,9 @@ struct Shape
 };
 Shape estimateShape(const QByteArray &bytes);
 
+// Whether a file is small and shallow enough to be parsed at all: its bytes, its start
+// tags and its nesting each within their bound.
+enum class Fit { Fits, TooLarge, TooDeep };
+Fit fits(const QByteArray &bytes, qint64 maxBytes, qint64 maxElements, int maxNesting);
+
 } // namespace HtmlSource

@@ -146,18 +146,15 @@ QString Result::message(const QString &path) const
 Result parse(const QByteArray &bytes, const QUrl &base, const Limits &limits)
 {
     Result result;
-    if (bytes.size() > limits.maxFileBytes) {
+    switch (HtmlSource::fits(bytes, limits.maxFileBytes, limits.maxElements, limits.maxNesting)) {
+    case HtmlSource::Fit::TooLarge:
         result.status = Result::TooLarge;
         return result;
-    }
-    const HtmlSource::Shape shape = HtmlSource::estimateShape(bytes);
-    if (shape.startTags > limits.maxElements) {
-        result.status = Result::TooLarge;
-        return result;
-    }
-    if (shape.deepest > limits.maxNesting) {
+    case HtmlSource::Fit::TooDeep:
         result.status = Result::TooDeep;
         return result;
+    case HtmlSource::Fit::Fits:
+        break;
     }
     QString encoding;
     const QByteArray utf8 = HtmlSource::toUtf8(bytes, &encoding);
