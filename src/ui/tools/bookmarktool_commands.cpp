@@ -255,7 +255,9 @@ void BookmarkTool::startRoundtrip(const QModelIndex &index)
     QStringList addresses;
     for (qsizetype i = 0; i < folder->colBookmark->count(); ++i)
         addresses.append(folder->colBookmark->at(i).URL.trimmed());
-    // The window starts empty; the tour shows the folder's pages in the folder's order.
-    frmBrowser *window = m_frame->OpenNewBrowser(QStringLiteral("about:blank"));
+    // The window starts empty, loading nothing: the tour's first page is its first load,
+    // so no blank page still loading is taken for it.
+    frmBrowser *window
+        = m_frame->CreateBrowser(MDIForm1::BrowserKind::MDI, QStringLiteral("about:blank"));
     window->StartRoundtrip(Roundtrip::pagesOf(addresses));
 }
