@@ -1,23 +1,35 @@
 #!/usr/bin/env python3
-"""Start-up time and memory of Vantrell against the bare engine, in one run.
+"""Start-up time, memory and hand-over pacing of Vantrell against the bare engine.
 
 Start-up: from spawning the process to the first page's onload request reaching a
-local server. Memory: proportional set size (PSS) of the whole process tree with 1
-and with 10 windows on local pages. The two programs alternate, so both see the
-same machine state. Usage: bench/startup/run.py BUILD_DIR [ROUNDS]
+local server. Memory: proportional set size (PSS) of the whole process tree with 1,
+10 and 50 windows on local pages, once the pages have settled. Hand-over: from
+starting a second instance with an address to that page's onload in the running one.
+The two programs alternate, so both see the same machine state.
+
+Usage: bench/startup/run.py BUILD_DIR [ROUNDS] [--windows 1,10,50] [--xvfb]
 """
+import argparse
 import http.server
 import os
 import shutil
 import statistics
 import subprocess
-import sys
 import tempfile
 import threading
 import time
 
-BUILD = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else "build")
-ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 5
+parser = argparse.ArgumentParser()
+parser.add_argument("build", nargs="?", default="build")
+parser.add_argument("rounds", nargs="?", type=int, default=5)
+parser.add_argument("--windows", default="1,10,50")
+parser.add_argument("--xvfb", action="store_true", help="run on a real X server (Xvfb)")
+parser.add_argument("--settle", type=float, default=5.0,
+                    help="seconds between the last onload and the memory reading")
+args = parser.parse_args()
+
+BUILD = os.path.abspath(args.build)
+COUNTS = [int(n) for n in args.windows.split(",")]
 VANTRELL = os.path.join(BUILD, "bin", "vantrell")
 BARE = os.path.join(BUILD, "bench", "startup", "bench_bare_engine")
 
@@ -51,11 +63,20 @@ server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
 threading.Thread(target=server.serve_forever, daemon=True).start()
 BASE = "http://127.0.0.1:%d/" % server.server_address[1]
 
-ENV = dict(os.environ, QT_QPA_PLATFORM="offscreen", QTWEBENGINE_DISABLE_SANDBOX="1",
+ENV = dict(os.environ, QTWEBENGINE_DISABLE_SANDBOX="1",
            QTWEBENGINE_CHROMIUM_FLAGS="--disable-gpu --no-sandbox", VANTRELL_LANG="de")
+xvfb = None
+if args.xvfb:
+    display = ":%d" % (90 + os.getpid() % 9)
+    xvfb = subprocess.Popen(["Xvfb", display, "-screen", "0", "1600x1000x24", "-nolisten", "tcp"],
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    time.sleep(1.0)
+    ENV.update(DISPLAY=display, QT_QPA_PLATFORM="xcb")
+else:
+    ENV.update(QT_QPA_PLATFORM="offscreen")
 
 
-def wait_for(names, timeout=60):
+def wait_for(names, timeout=180):
     deadline = time.monotonic() + timeout
     with lock:
         while not all(n in arrivals for n in names):
@@ -100,6 +121,8 @@ def stop(proc):
 
 
 def run_vantrell(tag, windows):
+    """Ten windows are the first start plus nine hand-overs, as a user opening links
+    from elsewhere would produce them; each hand-over waits for the page before."""
     data = tempfile.mkdtemp(prefix="vantrell-bench-")
     env = dict(ENV, VANTRELL_DATA_DIR=data)
     names = ["%s-%d" % (tag, i) for i in range(windows)]
@@ -108,15 +131,18 @@ def run_vantrell(tag, windows):
                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     wait_for(names[:1])
     startup = arrivals[names[0]] - start
+    handovers = []
     for name in names[1:]:
+        began = time.monotonic()
         subprocess.run([VANTRELL, BASE + name], env=env, stdout=subprocess.DEVNULL,
                        stderr=subprocess.DEVNULL, timeout=60)
-    wait_for(names)
-    time.sleep(1.0)
+        wait_for([name])
+        handovers.append(arrivals[name] - began)
+    time.sleep(args.settle)
     pss = tree_pss_kib(proc.pid)
     stop(proc)
     shutil.rmtree(data, ignore_errors=True)
-    return startup, pss
+    return startup, pss, handovers
 
 
 def run_bare(tag, windows):
@@ -126,29 +152,44 @@ def run_bare(tag, windows):
                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     wait_for(names)
     startup = arrivals[names[0]] - start
-    time.sleep(1.0)
+    time.sleep(args.settle)
     pss = tree_pss_kib(proc.pid)
     stop(proc)
-    return startup, pss
+    return startup, pss, []
 
 
-results = {"vantrell": {1: [], 10: []}, "bare": {1: [], 10: []}}
-for rnd in range(ROUNDS):
-    for windows in (1, 10):
-        for name, runner in (("bare", run_bare), ("vantrell", run_vantrell)):
-            results[name][windows].append(runner("%s-r%d-w%d" % (name, rnd, windows), windows))
+results = {name: {n: [] for n in COUNTS} for name in ("bare", "vantrell")}
+try:
+    for rnd in range(args.rounds):
+        for windows in COUNTS:
+            for name, runner in (("bare", run_bare), ("vantrell", run_vantrell)):
+                results[name][windows].append(
+                    runner("%s-r%d-w%d" % (name, rnd, windows), windows))
+finally:
+    server.shutdown()
+    if xvfb:
+        xvfb.terminate()
 
-def median(values):
-    return statistics.median(values)
-
-print("rounds: %d (medians)" % ROUNDS)
-for windows in (1, 10):
-    b_start = median([s for s, _ in results["bare"][windows]])
-    v_start = median([s for s, _ in results["vantrell"][windows]])
-    b_pss = median([p for _, p in results["bare"][windows]])
-    v_pss = median([p for _, p in results["vantrell"][windows]])
-    if windows == 1:
-        print("start-up to first onload: bare %.3f s, Vantrell %.3f s, ratio %.2f" % (b_start, v_start, v_start / b_start))
+median = statistics.median
+print("%s, %d rounds (medians), memory read %.0f s after the last onload"
+      % ("Xvfb" if args.xvfb else "offscreen", args.rounds, args.settle))
+first = COUNTS[0]
+b_start = median([s for s, _, _ in results["bare"][first]])
+v_start = median([s for s, _, _ in results["vantrell"][first]])
+print("start-up to first onload: bare %.3f s, Vantrell %.3f s, ratio %.2f"
+      % (b_start, v_start, v_start / b_start))
+for windows in COUNTS:
+    b_pss = median([p for _, p, _ in results["bare"][windows]])
+    v_pss = median([p for _, p, _ in results["vantrell"][windows]])
     print("PSS with %2d window(s):    bare %.0f MiB, Vantrell %.0f MiB, ratio %.2f"
           % (windows, b_pss / 1024, v_pss / 1024, v_pss / b_pss))
-server.shutdown()
+most = max(COUNTS)
+if most > 2:
+    # Pacing by position: does a hand-over take longer the more windows are open?
+    per_index = list(zip(*[h for _, _, h in results["vantrell"][most]]))
+    per_index = [median(times) for times in per_index]
+    head, tail = per_index[1:11], per_index[-10:]
+    print("hand-over to onload, windows 3-12: median %.3f s, max %.3f s"
+          % (median(head), max(head)))
+    print("hand-over to onload, last 10 of %d: median %.3f s, max %.3f s"
+          % (most, median(tail), max(tail)))

@@ -251,6 +251,9 @@ void PageView::setHtml(const QString &html, const QUrl &baseUrl)
 
 void PageView::showGeneratedPage(const QByteArray &html)
 {
+    const QWebEngineScript toggle = WebEngineSetup::feedToggleScript();
+    if (m_page->scripts().find(toggle.name()).isEmpty())
+        m_page->scripts().insert(toggle);
     m_page->load(QUrl(GeneratedPages::instance().add(html)));
 }
 
@@ -466,7 +469,10 @@ void PageView::linkElements(const std::function<void(const QList<QStringList> &)
                          "out.push([l.getAttribute('type')||'',l.getAttribute('title')||'',"
                          "l.getAttribute('href')||'']);}"
                          "return out;})()");
-    runScript(script, [result](const QVariant &value) { result(toRows(value)); });
+    // Run in the page's own world: the page could only misreport its own links, which it
+    // may change anyway, and a world of the program's own would cost every page memory.
+    m_page->runJavaScript(script, QWebEngineScript::MainWorld,
+        [result](const QVariant &value) { result(toRows(value)); });
 }
 
 void PageView::setBodyHtml(const QString &html)

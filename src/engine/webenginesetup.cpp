@@ -56,31 +56,6 @@ public:
     }
 };
 
-// The feed page's boxes open and close as its own toggle script would have them, but
-// from the program's side: the page itself may run no script at all.
-QWebEngineScript feedToggle()
-{
-    QWebEngineScript script;
-    script.setName(QStringLiteral("vantrell-feed-toggle"));
-    script.setWorldId(QWebEngineScript::ApplicationWorld);
-    script.setInjectionPoint(QWebEngineScript::DocumentReady);
-    script.setRunsOnSubFrames(false);
-    script.setSourceCode(QStringLiteral(R"(
-if (location.protocol === 'vantrell:') {
-    document.addEventListener('click', function (event) {
-        const sign = event.target.closest && event.target.closest('div.toggle[onclick]');
-        const found = sign && /togglediv\(this,\s*(dr\d+)/.exec(sign.getAttribute('onclick'));
-        const row = found && document.getElementById(found[1]);
-        if (!row)
-            return;
-        const open = sign.innerText !== '-';
-        sign.innerText = open ? '-' : '+';
-        row.style.display = open ? 'inline' : 'none';
-    });
-})"));
-    return script;
-}
-
 QWebEngineProfile *&sharedProfile()
 {
     static QWebEngineProfile *profile = nullptr;
@@ -115,7 +90,6 @@ QWebEngineProfile *profile(const QString &dataFolder)
     created->setPersistentStoragePath(dataFolder + QStringLiteral("/engine"));
     created->setCachePath(dataFolder + QStringLiteral("/engine-cache"));
     created->installUrlSchemeHandler(schemeName().toLatin1(), new OwnSchemeHandler(created));
-    created->scripts()->insert(feedToggle());
     created->settings()->setAttribute(QWebEngineSettings::FullScreenSupportEnabled, true);
     created->settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, true);
     created->settings()->setAttribute(QWebEngineSettings::JavascriptCanAccessClipboard, false);
@@ -123,6 +97,31 @@ QWebEngineProfile *profile(const QString &dataFolder)
     created->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
     sharedProfile() = created;
     return created;
+}
+
+// The feed page's boxes open and close as its own toggle script would have them, but
+// from the program's side: the page itself may run no script at all.
+QWebEngineScript feedToggleScript()
+{
+    QWebEngineScript script;
+    script.setName(QStringLiteral("vantrell-feed-toggle"));
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setRunsOnSubFrames(false);
+    script.setSourceCode(QStringLiteral(R"(
+if (location.protocol === 'vantrell:') {
+    document.addEventListener('click', function (event) {
+        const sign = event.target.closest && event.target.closest('div.toggle[onclick]');
+        const found = sign && /togglediv\(this,\s*(dr\d+)/.exec(sign.getAttribute('onclick'));
+        const row = found && document.getElementById(found[1]);
+        if (!row)
+            return;
+        const open = sign.innerText !== '-';
+        sign.innerText = open ? '-' : '+';
+        row.style.display = open ? 'inline' : 'none';
+    });
+})"));
+    return script;
 }
 
 QWebEngineProfile *profile()

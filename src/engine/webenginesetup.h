@@ -3,6 +3,7 @@
 #include <QString>
 
 class QWebEngineProfile;
+class QWebEngineScript;
 
 // The engine's process-wide set-up: the program's own URL scheme, registered before
 // the application object exists, and the one profile every page shares.
@@ -13,6 +14,10 @@ void registerSchemes();
 // The shared profile, storing cookies and cache under the data folder.
 QWebEngineProfile *profile(const QString &dataFolder);
 QWebEngineProfile *profile();
+
+// Opens and closes the boxes of a feed page. Only windows that show a feed carry it:
+// a script of the program's own costs each page that runs it a script world.
+QWebEngineScript feedToggleScript();
 
 // The program's own scheme: vantrell://welcome/ is the start page that ships with it.
 QString schemeName();

@@ -41,6 +41,8 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include <memory>
+
 namespace {
 
 // Relative paths of existing files become absolute, so that a running instance in
@@ -67,6 +69,63 @@ void runStartOption(MDIForm1 &frame, const QString &dataFolder)
         WindowSets::openLayoutFile(frame, prefer().Layout(), &problem);
     if (!problem.isEmpty())
         frame.setStatusText(problem);
+}
+
+// How long the rest of the start waits at most for the first page to load: built
+// before the page is fetched, it would hold the page back by as long as it takes.
+constexpr int RestOfStartDelayMs = 300;
+
+// The first window: the command line's address, the start page, or the start page
+// rendered as a feed. None when the start page is off and nothing was asked for.
+frmBrowser *openFirstWindow(MDIForm1 &frame, const QString &rawLine)
+{
+    if (rawLine.isEmpty() && prefer().StartBrowser() <= 0 && prefer().StartBrowser() != -1)
+        return nullptr;
+    frmBrowser *first = nullptr;
+    if (!rawLine.isEmpty()) {
+        first = frame.NewBrowser(CommandLine::addressToOpen(rawLine));
+    } else if (!FeedMark::isFeedStartPageTitle(prefer().HomeTitle())) {
+        first = frame.OpenNewBrowser(prefer().HomeUrl().trimmed());
+    } else {
+        first = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
+        first->LoadFeed(prefer().HomeUrl().trimmed());
+    }
+    if (first && first->parentWidget())
+        first->parentWidget()->showMaximized();
+    return first;
+}
+
+// The tools pane, the start option's windows, the offer to restore a session and the
+// mail check.
+void finishStart(MDIForm1 &frame, SessionKeeper &session, const QString &dataFolder,
+    const QString &replacedNotice)
+{
+    frmTools::attach(&frame);
+    if (!replacedNotice.isEmpty())
+        frame.setStatusText(replacedNotice);
+    runStartOption(frame, dataFolder);
+
+    if (session.offerRestore() > 0) {
+        // Tests answer the offer as the buttons would.
+        const QString answer = qEnvironmentVariable("VANTRELL_RESTORE");
+        if (answer == u"yes")
+            frame.infoBar()->choose(1);
+        else if (answer == u"no")
+            frame.infoBar()->choose(2);
+    }
+
+    // The mail check; starting the mail program, or a click on the notice, hides it.
+    auto *mail = new MailWatcher(&frame);
+    StatusPanels *panels = frame.menus()->statusPanels();
+    QAction *mailProgram = frame.menuAction(QStringLiteral("mn_Email"));
+    QObject::connect(mail, &MailWatcher::statusText, &frame, &MDIForm1::setStatusText);
+    QObject::connect(mail, &MailWatcher::mailNotice, panels, &StatusPanels::setMailNotice);
+    QObject::connect(panels, &StatusPanels::mailNoticeClicked, mailProgram, &QAction::trigger);
+    QObject::connect(mailProgram, &QAction::triggered, mail, &MailWatcher::mailProgramStarted);
+    // The passwords may come from the desktop's secret store: the check starts once
+    // they are there.
+    PasswordStore::load(prefer(), mail, [mail] { mail->start(); });
+    QObject::connect(&frame, &MDIForm1::preferencesApplied, mail, &MailWatcher::start);
 }
 
 int answerOnTerminal(int argc, char *argv[], ProgramOptions::Request request)
@@ -166,55 +225,33 @@ int Main(int argc, char *argv[])
     if (prefer().MdiState() == 2)
         frame.setWindowState(Qt::WindowMaximized);
     frame.ApplyPreferences();
-    frmTools::attach(&frame);
 
-    // The first window: the command line's address, the start page, or the start
-    // page rendered as a feed.
-    if (prefer().StartBrowser() > 0 || prefer().StartBrowser() == -1 || !rawLine.isEmpty()) {
-        const QString address = CommandLine::addressToOpen(rawLine);
-        frmBrowser *first = nullptr;
-        const bool feedStartPage = FeedMark::isFeedStartPageTitle(prefer().HomeTitle());
-        if (rawLine.isEmpty() && !feedStartPage) {
-            first = frame.OpenNewBrowser(prefer().HomeUrl().trimmed());
-        } else if (rawLine.isEmpty()) {
-            first = frame.CreateBrowser(MDIForm1::BrowserKind::MDI);
-            first->LoadFeed(prefer().HomeUrl().trimmed());
-        } else {
-            first = frame.NewBrowser(address);
-        }
-        if (first && first->parentWidget())
-            first->parentWidget()->showMaximized();
-    }
+    // The first page is asked for before anything else is built, so the engine can
+    // fetch it while the rest of the start runs.
+    frmBrowser *first = openFirstWindow(frame, rawLine);
     frame.show();
-
-    if (loaded == Prefer::LoadResult::ReplacedInvalid)
-        frame.setStatusText(uiText(2000).arg(prefPath, prefer().movedAsidePath()));
-    runStartOption(frame, dataFolder);
 
     // The windows of a session that ended without quitting are offered in addition to
     // those just opened; from then on this session's windows are kept.
     auto *session = new SessionKeeper(frame, AppInfo::dataFile(SessionFile::fileName()));
-    if (session->offerRestore() > 0) {
-        // Tests answer the offer as the buttons would.
-        const QString answer = qEnvironmentVariable("VANTRELL_RESTORE");
-        if (answer == u"yes")
-            frame.infoBar()->choose(1);
-        else if (answer == u"no")
-            frame.infoBar()->choose(2);
+    const QString replacedNotice = loaded == Prefer::LoadResult::ReplacedInvalid
+        ? uiText(2000).arg(prefPath, prefer().movedAsidePath())
+        : QString();
+    // The rest follows once the first page has loaded, or after a moment when it is slow.
+    auto rest
+        = [&frame, session, dataFolder, replacedNotice, done = std::make_shared<bool>(false)] {
+              if (*done)
+                  return;
+              *done = true;
+              finishStart(frame, *session, dataFolder, replacedNotice);
+          };
+    if (first) {
+        QObject::connect(
+            first->page(), &PageView::loadFinished, &frame, rest, Qt::QueuedConnection);
+        QTimer::singleShot(RestOfStartDelayMs, &frame, rest);
+    } else {
+        rest();
     }
-
-    // The mail check; starting the mail program, or a click on the notice, hides it.
-    auto *mail = new MailWatcher(&frame);
-    StatusPanels *panels = frame.menus()->statusPanels();
-    QAction *mailProgram = frame.menuAction(QStringLiteral("mn_Email"));
-    QObject::connect(mail, &MailWatcher::statusText, &frame, &MDIForm1::setStatusText);
-    QObject::connect(mail, &MailWatcher::mailNotice, panels, &StatusPanels::setMailNotice);
-    QObject::connect(panels, &StatusPanels::mailNoticeClicked, mailProgram, &QAction::trigger);
-    QObject::connect(mailProgram, &QAction::triggered, mail, &MailWatcher::mailProgramStarted);
-    // The passwords may come from the desktop's secret store: the check starts once
-    // they are there.
-    PasswordStore::load(prefer(), mail, [mail] { mail->start(); });
-    QObject::connect(&frame, &MDIForm1::preferencesApplied, mail, &MailWatcher::start);
 
     // The system asking the program to quit closes it as the user would.
     QuitSignals quit;

@@ -97,7 +97,7 @@ BrowserToolbar::BrowserToolbar(frmBrowser *window, QToolBar *bar)
 QAction *BrowserToolbar::addButton(
     const QString &key, const QString &tip, const QStringList &entries)
 {
-    auto *action = new QAction(ToolbarIcons::icon(key, m_bar->style()), tip, m_bar);
+    auto *action = new QAction(ToolbarIcons::icon(key), tip, m_bar);
     action->setObjectName(key);
     action->setToolTip(tip);
     m_bar->addAction(action);

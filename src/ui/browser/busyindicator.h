@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QLabel>
-#include <QPixmap>
 
 // The six-frame busy animation of a browser window.
 class BusyIndicator final : public QLabel
@@ -18,6 +17,5 @@ public:
     int frame() const { return m_frame; }
 
 private:
-    QPixmap m_frames[FrameCount];
     int m_frame = 0;
 };

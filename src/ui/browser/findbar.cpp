@@ -2,6 +2,7 @@
 
 #include "core/base/uitexts.h"
 #include "engine/pageview.h"
+#include "ui/browser/sharedicons.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -36,14 +37,11 @@ FindBar::FindBar(PageView *page, QWidget *parent)
         return b;
     };
     QToolButton *previous = button(QStringLiteral("findPrevious"),
-        QIcon::fromTheme(QStringLiteral("go-up"), style()->standardIcon(QStyle::SP_ArrowUp)),
-        uiText(2040));
+        SharedIcons::themed(QStringLiteral("go-up"), QStyle::SP_ArrowUp), uiText(2040));
     QToolButton *next = button(QStringLiteral("findNext"),
-        QIcon::fromTheme(QStringLiteral("go-down"), style()->standardIcon(QStyle::SP_ArrowDown)),
-        uiText(2039));
+        SharedIcons::themed(QStringLiteral("go-down"), QStyle::SP_ArrowDown), uiText(2039));
     QToolButton *closer = button(QStringLiteral("findClose"),
-        QIcon::fromTheme(
-            QStringLiteral("window-close"), style()->standardIcon(QStyle::SP_TitleBarCloseButton)),
+        SharedIcons::themed(QStringLiteral("window-close"), QStyle::SP_TitleBarCloseButton),
         uiText(2041));
     m_result = new QLabel(this);
     m_result->setObjectName(QStringLiteral("findResult"));

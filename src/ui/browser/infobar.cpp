@@ -1,6 +1,7 @@
 #include "ui/browser/infobar.h"
 
 #include "core/base/uitexts.h"
+#include "ui/browser/sharedicons.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -20,7 +21,8 @@ InfoBar::InfoBar(QWidget *parent)
     colours.setColor(QPalette::WindowText, QColor(40, 30, 0));
     setPalette(colours);
     m_label->setWordWrap(true);
-    m_close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    m_close->setIcon(
+        SharedIcons::themed(QStringLiteral("window-close"), QStyle::SP_TitleBarCloseButton));
     m_close->setFlat(true);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 4, 4, 4);

@@ -1,16 +1,17 @@
 #include "ui/browser/lockicon.h"
 
+#include "ui/browser/sharedicons.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
 
 namespace LockIcon {
 
-QIcon make(bool secure)
+namespace {
+
+QIcon draw(bool secure)
 {
-    const QString theme = secure ? QStringLiteral("security-high") : QStringLiteral("security-low");
-    if (QIcon::hasThemeIcon(theme))
-        return QIcon::fromTheme(theme);
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
@@ -29,6 +30,16 @@ QIcon make(bool secure)
     painter.setBrush(colour);
     painter.drawRoundedRect(QRectF(3.5, 7.5, 9, 7), 1.5, 1.5);
     return QIcon(pixmap);
+}
+
+} // namespace
+
+QIcon make(bool secure)
+{
+    const QString theme = secure ? QStringLiteral("security-high") : QStringLiteral("security-low");
+    return SharedIcons::cached(theme, [&theme, secure] {
+        return QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme) : draw(secure);
+    });
 }
 
 } // namespace LockIcon

@@ -2,6 +2,7 @@
 
 #include "core/base/uitexts.h"
 #include "core/browsing/roundtrip.h"
+#include "ui/browser/sharedicons.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -23,7 +24,8 @@ RoundtripBar::RoundtripBar(QWidget *parent)
     setPalette(colours);
     m_label->setTextFormat(Qt::PlainText);
     m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    m_close->setIcon(
+        SharedIcons::themed(QStringLiteral("window-close"), QStyle::SP_TitleBarCloseButton));
     m_close->setFlat(true);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 2, 4, 2);

@@ -1,5 +1,7 @@
 #include "ui/browser/toolbaricons.h"
 
+#include "ui/browser/sharedicons.h"
+
 #include <QHash>
 #include <QPainter>
 #include <QPainterPath>
@@ -132,13 +134,17 @@ const QHash<QString, Picture> &pictures()
 
 namespace ToolbarIcons {
 
-QIcon icon(const QString &key, const QStyle *style)
+QIcon icon(const QString &key)
 {
     const auto found = pictures().constFind(key);
     if (found == pictures().cend())
         return QIcon();
-    const QIcon fallback = found->draw ? drawn(found->draw) : style->standardIcon(found->standard);
-    return QIcon::fromTheme(QLatin1String(found->theme), fallback);
+    const QString theme = QLatin1String(found->theme);
+    if (!found->draw)
+        return SharedIcons::themed(theme, found->standard);
+    return SharedIcons::cached(theme, [&theme, draw = found->draw] {
+        return QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme) : drawn(draw);
+    });
 }
 
 } // namespace ToolbarIcons

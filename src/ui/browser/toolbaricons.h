@@ -3,13 +3,11 @@
 #include <QIcon>
 #include <QString>
 
-class QStyle;
-
 // The pictures of the browser toolbar: the desktop theme's icon where the theme has
 // one, else the program's own drawing (or the style's standard picture), so the bar
 // looks complete on any desktop.
 namespace ToolbarIcons {
 
-QIcon icon(const QString &key, const QStyle *style);
+QIcon icon(const QString &key);
 
 } // namespace ToolbarIcons

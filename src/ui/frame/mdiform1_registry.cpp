@@ -5,6 +5,7 @@
 #include "core/browsing/usercommand.h"
 #include "core/prefs/prefer.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/browser/sharedicons.h"
 #include "ui/frame/framemenus.h"
 #include "ui/frame/mdiform1.h"
 #include "ui/frame/openalllinks.h"
@@ -17,6 +18,7 @@
 
 frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddress)
 {
+
     auto *window
         = new frmBrowser(startAddress.isEmpty() ? prefer().HomeUrl().trimmed() : startAddress);
     window->setAddressBarVisible(AddressBarDefault);
@@ -34,7 +36,8 @@ frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddres
 
     QMdiSubWindow *sub = m_mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setWindowIcon(QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()));
+    sub->setWindowIcon(SharedIcons::cached(QStringLiteral("text-html"),
+        [] { return QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()); }));
     // The window menu's entry closes the active window; the keys of every window's own
     // close entry would make each press ambiguous, so that nothing closed.
     for (QAction *entry : sub->systemMenu()->actions())
@@ -45,6 +48,7 @@ frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddres
     if (m_browsers.size() == 1 && !sub->isMaximized() && !m_mdi->viewport()->size().isEmpty())
         sub->setGeometry(m_mdi->viewport()->rect());
     ++m_openWindowCount;
+    m_menus->syncEnabled();
     m_menus->syncEnabled();
     emit windowsChanged();
     return window;

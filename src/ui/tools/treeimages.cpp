@@ -1,11 +1,11 @@
 #include "ui/tools/treeimages.h"
 
 #include "core/model/booktreemodel.h"
+#include "ui/browser/sharedicons.h"
 
-#include <QApplication>
 #include <QStyle>
 
-QIcon TreeImages::icon(const QString &image, const QStyle *style)
+QIcon TreeImages::icon(const QString &image)
 {
     // The desktop's theme where it has the image, the style's own otherwise.
     struct Image
@@ -22,16 +22,14 @@ QIcon TreeImages::icon(const QString &image, const QStyle *style)
         {QStringLiteral("warning"), {"dialog-warning", QStyle::SP_MessageBoxWarning}},
     };
     const Image found = images.value(image, {"", QStyle::SP_FileIcon});
-    return QIcon::fromTheme(QLatin1String(found.theme), style->standardIcon(found.fallback));
+    return SharedIcons::themed(QLatin1String(found.theme), found.fallback);
 }
 
 void TreeImages::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    const QStyle *style = option->widget ? option->widget->style() : QApplication::style();
     const bool damaged = !index.data(BookTreeModel::DamagedRole).toString().isEmpty();
     option->icon = icon(
-        damaged ? QStringLiteral("warning") : index.data(BookTreeModel::ImageRole).toString(),
-        style);
+        damaged ? QStringLiteral("warning") : index.data(BookTreeModel::ImageRole).toString());
     option->features |= QStyleOptionViewItem::HasDecoration;
 }

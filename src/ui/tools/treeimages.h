@@ -9,7 +9,7 @@ class TreeImages final : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    static QIcon icon(const QString &image, const QStyle *style);
+    static QIcon icon(const QString &image);
 
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
