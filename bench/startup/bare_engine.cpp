@@ -1,9 +1,13 @@
 // One QMainWindow holding one QWebEngineView, or N views in a QMdiArea, each on the
 // address given. Nothing else: the physical limit of a browser built on this engine.
+// It takes the share of the screen Vantrell takes on its first start, and its windows
+// fill the client area as Vantrell's do, so both draw pages of the same size.
 #include <QApplication>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
+#include <QStyle>
 #include <QWebEngineView>
 
 int main(int argc, char *argv[])
@@ -12,7 +16,9 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     const QStringList addresses = app.arguments().mid(1);
     QMainWindow window;
-    window.resize(1000, 700);
+    const QRect screen = window.screen()->availableGeometry();
+    window.setGeometry(QStyle::alignedRect(
+        Qt::LeftToRight, Qt::AlignCenter, screen.size() * 0.8, screen));
     if (addresses.size() <= 1) {
         auto *view = new QWebEngineView(&window);
         view->load(QUrl(addresses.value(0)));
@@ -23,7 +29,7 @@ int main(int argc, char *argv[])
         for (const QString &address : addresses) {
             auto *view = new QWebEngineView;
             view->load(QUrl(address));
-            area->addSubWindow(view)->show();
+            area->addSubWindow(view)->showMaximized();
         }
     }
     window.show();

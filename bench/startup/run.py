@@ -7,7 +7,7 @@ local server. Memory: proportional set size (PSS) of the whole process tree with
 starting a second instance with an address to that page's onload in the running one.
 The two programs alternate, so both see the same machine state.
 
-Usage: bench/startup/run.py BUILD_DIR [ROUNDS] [--windows 1,10,50] [--xvfb]
+Usage: bench/startup/run.py BUILD_DIR [ROUNDS] [--windows 1,10,50] [--xvfb] [--bare-software]
 """
 import argparse
 import http.server
@@ -24,6 +24,9 @@ parser.add_argument("build", nargs="?", default="build")
 parser.add_argument("rounds", nargs="?", type=int, default=5)
 parser.add_argument("--windows", default="1,10,50")
 parser.add_argument("--xvfb", action="store_true", help="run on a real X server (Xvfb)")
+parser.add_argument("--bare-software", action="store_true",
+                    help="let the bare engine compose in software too, as Vantrell does "
+                         "when it runs without the GPU")
 parser.add_argument("--settle", type=float, default=5.0,
                     help="seconds between the last onload and the memory reading")
 args = parser.parse_args()
@@ -148,7 +151,8 @@ def run_vantrell(tag, windows):
 def run_bare(tag, windows):
     names = ["%s-%d" % (tag, i) for i in range(windows)]
     start = time.monotonic()
-    proc = subprocess.Popen([BARE] + [BASE + n for n in names], env=ENV,
+    env = dict(ENV, QT_QUICK_BACKEND="software") if args.bare_software else ENV
+    proc = subprocess.Popen([BARE] + [BASE + n for n in names], env=env,
                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     wait_for(names)
     startup = arrivals[names[0]] - start
@@ -171,8 +175,9 @@ finally:
         xvfb.terminate()
 
 median = statistics.median
-print("%s, %d rounds (medians), memory read %.0f s after the last onload"
-      % ("Xvfb" if args.xvfb else "offscreen", args.rounds, args.settle))
+print("%s%s, %d rounds (medians), memory read %.0f s after the last onload"
+      % ("Xvfb" if args.xvfb else "offscreen",
+         ", bare composing in software" if args.bare_software else "", args.rounds, args.settle))
 first = COUNTS[0]
 b_start = median([s for s, _, _ in results["bare"][first]])
 v_start = median([s for s, _, _ in results["vantrell"][first]])

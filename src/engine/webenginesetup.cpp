@@ -81,6 +81,18 @@ void registerSchemes()
     QWebEngineUrlScheme::registerScheme(scheme);
 }
 
+void chooseCompositing(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        return;
+    const QByteArray noGpu = QByteArrayLiteral("--disable-gpu");
+    bool withoutGpu = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS").split(' ').contains(noGpu);
+    for (int i = 1; i < argc && !withoutGpu; ++i)
+        withoutGpu = noGpu == argv[i];
+    if (withoutGpu)
+        qputenv("QT_QUICK_BACKEND", QByteArrayLiteral("software"));
+}
+
 QWebEngineProfile *profile(const QString &dataFolder)
 {
     if (sharedProfile())

@@ -11,6 +11,11 @@ namespace WebEngineSetup {
 
 // Must run before QApplication is constructed.
 void registerSchemes();
+// When the engine is told to do without the GPU (--disable-gpu), the windows are
+// composed in software as well, not through an emulated GPU that keeps every core busy
+// on each repaint. A compositing the user chose (QT_QUICK_BACKEND) is kept. Must run
+// before QApplication is constructed.
+void chooseCompositing(int argc, char *argv[]);
 // The shared profile, storing cookies and cache under the data folder.
 QWebEngineProfile *profile(const QString &dataFolder);
 QWebEngineProfile *profile();

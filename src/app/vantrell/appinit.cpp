@@ -158,6 +158,7 @@ int Main(int argc, char *argv[])
 
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     WebEngineSetup::registerSchemes();
+    WebEngineSetup::chooseCompositing(argc, argv);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantrell"));
     QApplication::setDesktopFileName(QStringLiteral("vantrell"));
