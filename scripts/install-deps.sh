@@ -13,7 +13,7 @@ clang-14 libclang-rt-14-dev
 xvfb xauth xdg-utils libglib2.0-bin
 fonts-dejavu-core fonts-liberation2
 qt6-multimedia-dev dovecot-pop3d
-qt6-translations-l10n
+qt6-translations-l10n qt6-pdf-dev
 appstream desktop-file-utils librsvg2-bin dpkg-dev file man-db
 qt6-multimedia-dev dovecot-pop3d qtkeychain-qt6-dev libsecret-1-0
 "

@@ -4,7 +4,6 @@
 #include "engine/webenginesetup.h"
 #include "engine/webpage.h"
 
-#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QPointer>
@@ -80,15 +79,18 @@ PageView::PageView(QWidget *parent)
 
 PageView::~PageView()
 {
-    if (!m_printing)
+    if (!m_printing && !m_laying)
         return;
     // The engine fails hard when a page goes away in the middle of a print: the view
-    // lives on, hidden and on its own, until the print is done, and goes then with the
-    // printer.
+    // lives on, hidden and on its own, until the print is done, and goes then (with the
+    // printer); a layout for paper takes it along when its answer comes.
     QWebEngineView *view = m_view;
-    QPrinter *printer = m_printer.release();
     view->disconnect(this);
+    view->hide();
     view->setParent(nullptr);
+    if (!m_printing)
+        return;
+    QPrinter *printer = m_printer.release();
     connect(view, &QWebEngineView::printFinished, view, [view, printer] {
         delete printer;
         view->deleteLater();
@@ -373,22 +375,27 @@ void PageView::print(std::unique_ptr<QPrinter> printer, std::function<void(bool)
     m_view->print(m_printer.get());
 }
 
-bool PageView::printInto(QPrinter *printer)
+void PageView::printToPdf(const QPageLayout &layout, std::function<void(const QByteArray &)> done)
 {
-    if (m_printing || !printer)
-        return false;
+    if (m_printing || m_laying) {
+        if (done)
+            done({});
+        return;
+    }
+    m_laying = true;
     QPointer<PageView> self = this;
-    QEventLoop loop;
-    bool printed = false;
-    m_printing = true;
-    m_printDone = [&loop, &printed](bool ok) {
-        printed = ok;
-        loop.quit();
-    };
-    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
-    m_view->print(printer);
-    loop.exec();
-    return self && printed;
+    QWebEngineView *view = m_view;
+    m_page->printToPdf(
+        [self, view, done = std::move(done)](const QByteArray &pdf) {
+            if (!self) {
+                view->deleteLater(); // left behind by the view that went away
+                return;
+            }
+            self->m_laying = false;
+            if (done)
+                done(pdf);
+        },
+        layout);
 }
 
 void PageView::answerPermission(const QUrl &origin, Permission permission, bool granted)

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class QPageLayout;
 class QPrinter;
 class QWebEngineNewWindowRequest;
 class QWebEngineView;
@@ -114,9 +115,10 @@ public:
     // frees it then, even when the view itself has gone away meanwhile; `done` runs only
     // while the view is there. While a print runs, another one is refused (done(false)).
     void print(std::unique_ptr<QPrinter> printer, std::function<void(bool)> done = nullptr);
-    // Paints the page into a printer owned by someone else (a print preview) and returns
-    // when the engine is done, false when it failed or the view went away meanwhile.
-    bool printInto(QPrinter *printer);
+    // Lays the page out for paper as the engine prints it and hands the PDF to `done`
+    // (empty when it failed). Nothing waits: `done` runs later, and only while the view
+    // is there.
+    void printToPdf(const QPageLayout &layout, std::function<void(const QByteArray &)> done);
 
     void answerPermission(const QUrl &origin, Permission permission, bool granted);
 
@@ -150,6 +152,8 @@ private:
     int m_zoomPercent = 100;
     int m_textStep = 2;
     bool m_printing = false;
+    // The engine is laying the page out as a PDF.
+    bool m_laying = false;
     std::unique_ptr<QPrinter> m_printer;
     std::function<void(bool)> m_printDone;
     // A blank window its opener writes into is kept off screen until the written

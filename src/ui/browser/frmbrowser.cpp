@@ -18,6 +18,7 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
 #include <QDragEnterEvent>
@@ -73,7 +74,12 @@ frmBrowser::frmBrowser(const QString &startUrl, QWidget *parent)
         });
 }
 
-frmBrowser::~frmBrowser() = default;
+frmBrowser::~frmBrowser()
+{
+    // The preview's answer will not come now; its busy cursor must not stay.
+    if (m_previewPending)
+        QApplication::restoreOverrideCursor();
+}
 
 void frmBrowser::buildBars()
 {

@@ -221,4 +221,6 @@ private:
     QString m_refreshUrl;
     QPoint m_refreshScroll;
     bool m_changedMark = false;
+    // The engine is laying the page out for a print preview; the busy cursor is on.
+    bool m_previewPending = false;
 };

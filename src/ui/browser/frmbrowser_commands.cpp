@@ -8,6 +8,7 @@
 #include "ui/browser/busyindicator.h"
 #include "ui/browser/feedloader.h"
 #include "ui/browser/frmbrowser.h"
+#include "ui/browser/printpreview.h"
 
 #include <QAction>
 #include <QApplication>
@@ -15,7 +16,6 @@
 #include <QFileDialog>
 #include <QPointer>
 #include <QPrintDialog>
-#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QStandardPaths>
 #include <QTimer>
@@ -107,16 +107,18 @@ void frmBrowser::WebPrintPreview()
 {
     if (LocationURL().isEmpty())
         return;
-    QPrinter printer(QPrinter::HighResolution);
-    QPrintPreviewDialog preview(&printer, this);
-    // The preview paints synchronously; the view waits for the engine.
-    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter *target) {
-        // The engine renders every page before the preview can show one.
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        page()->printInto(target);
+    if (m_previewPending)
+        return;
+    // The engine lays the page out for paper first; the program stays usable meanwhile.
+    m_previewPending = true;
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    page()->printToPdf(printer->pageLayout(), [this, printer](const QByteArray &pdf) {
+        m_previewPending = false;
         QApplication::restoreOverrideCursor();
+        if (!PrintPreview::exec(pdf, printer.get(), this))
+            emit statusText(uiText(2127));
     });
-    preview.exec();
 }
 
 void frmBrowser::LinkMailto()

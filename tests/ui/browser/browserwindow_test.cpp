@@ -5,6 +5,7 @@
 #include "engine/downloads.h"
 #include "engineenvironment.h"
 #include "localhttpserver.h"
+#include "modaldialogs.h"
 #include "ui/browser/browsertoolbar.h"
 #include "ui/browser/drivemenu.h"
 #include "ui/browser/findbar.h"
@@ -24,6 +25,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QSignalSpy>
 #include <QSslCertificate>
@@ -283,6 +286,29 @@ private slots:
         QVERIFY(!goneToo);
         VERIFY_SOON(goneToo);
         QVERIFY(QFile(folder.filePath(u"b.pdf"_s)).size() > 0);
+    }
+
+    void printPreviewShowsThePageAndNeverWaitsForTheEngine()
+    {
+        frmBrowser *window = openOn("/a", "A");
+        int pages = -1;
+        whenShown<QPrintPreviewDialog>(this, [&pages](QPrintPreviewDialog *preview) {
+            pages = preview->findChild<QPrintPreviewWidget *>()->pageCount();
+            preview->reject(); // closed at once
+        });
+        window->WebPrintPreview();
+        QVERIFY(QApplication::overrideCursor()); // busy while the engine lays it out
+        VERIFY_SOON(pages >= 0);
+        QCOMPARE(pages, 1);
+        VERIFY_SOON(!QApplication::activeModalWidget());
+        QVERIFY(!QApplication::overrideCursor());
+
+        // The window goes before the engine answers: no preview, no busy cursor left.
+        window->WebPrintPreview();
+        delete window->parentWidget();
+        QVERIFY(!QApplication::overrideCursor());
+        QTest::qWait(1000);
+        QVERIFY(!QApplication::activeModalWidget());
     }
 
     void toolbarKeysAreExactAndDrivesAreRealVolumes()
