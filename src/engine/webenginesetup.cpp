@@ -21,6 +21,18 @@ static void initPageResources()
 
 namespace {
 
+// Read by the engine's rules, the feed page's spacer tables ("visibility: none", which no
+// engine knows) showed as small squares between the items, and a long word or a wide
+// picture in an item pushed the page wider than the window. The page itself stays as
+// written; these rules come first, so the page's own still override them.
+QByteArray pageRepairs()
+{
+    return QByteArrayLiteral("<style>table[style*='visibility: "
+                             "none']{visibility:hidden}table[width='318px']{table-layout:fixed}"
+                             "td,h3{overflow-wrap:anywhere}img,video,iframe,table{max-width:100%}"
+                             "img{height:auto;overflow:hidden}pre{white-space:pre-wrap}</style>");
+}
+
 // Serves the pages that ship with the program and the pages it generates.
 class OwnSchemeHandler final : public QWebEngineUrlSchemeHandler
 {
@@ -42,9 +54,11 @@ public:
             // A second wall behind the feed cleaner: no script runs on a generated page,
             // not even the page's own. Coming first, the policy holds for everything after.
             if (!body.isEmpty())
-                body.prepend("<meta http-equiv=\"Content-Security-Policy\" "
-                             "content=\"script-src 'none'; object-src 'none'; base-uri 'self' "
-                             "http: https:\">");
+                body.prepend(QByteArrayLiteral(
+                                 "<meta http-equiv=\"Content-Security-Policy\" "
+                                 "content=\"script-src 'none'; object-src 'none'; base-uri 'self' "
+                                 "http: https:\">")
+                    + pageRepairs());
         }
         if (body.isEmpty()) {
             job->fail(QWebEngineUrlRequestJob::UrlNotFound);

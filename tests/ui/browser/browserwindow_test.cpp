@@ -564,6 +564,38 @@ private slots:
                         .startsWith(u"Der Feed "_s + url("/feeds/missing.xml")));
     }
 
+    void feedPageFitsTheWindowWithoutSpacerSquares()
+    {
+        // A long word, a wide picture, a wide table and a long preformatted line.
+        const QByteArray wide = "&lt;p&gt;" + QByteArray(300, 'w') + "&lt;/p&gt;"
+            + "&lt;img src='/none.png' width='2000' height='20'&gt;"
+              "&lt;table width='1500'&gt;&lt;tr&gt;&lt;td&gt;x&lt;/td&gt;&lt;/tr&gt;&lt;/table&gt;"
+              "&lt;pre&gt;"
+            + QByteArray(400, 'p') + "&lt;/pre&gt;";
+        m_server.setPage(u"/feeds/wide.xml"_s,
+            "<?xml version='1.0'?><rss version='2.0'><channel><title>Breit</title>"
+            "<item><title>"
+                + QByteArray(200, 't') + "</title><description>" + wide
+                + "</description><link>a.html</link></item>"
+                  "<item><title>Zwei</title><description>z</description></item>"
+                  "</channel></rss>",
+            "application/rss+xml");
+        frmBrowser *window = m_frame->CreateBrowser(Kind::MDI);
+        window->parentWidget()->resize(1000, 700);
+        window->LoadFeed(url("/feeds/wide.xml"));
+        VERIFY_SOON(window->FeedSourceUrl == url("/feeds/wide.xml") && shows(window, "Breit"));
+        QVERIFY(window->page()->width() <= 1000);
+        QCOMPARE(evaluate(window, u"document.documentElement.scrollWidth <= window.innerWidth"_s)
+                     .toBool(),
+            true);
+        // The spacer tables between the items take their room but show nothing.
+        QCOMPARE(evaluate(window,
+                     u"[...document.querySelectorAll('table[border=\"1\"]')].map("
+                     "t => getComputedStyle(t).visibility).join()"_s)
+                     .toString(),
+            u"hidden,hidden,hidden"_s); // below the heading and below each item
+    }
+
     void feedItemOpensInItsNamedWindowAndReusesIt()
     {
         const auto click = [](int index) {
