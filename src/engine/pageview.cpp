@@ -117,6 +117,7 @@ void PageView::attachPage()
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &PageView::closeRequested);
     connect(m_page, &QWebEnginePage::geometryChangeRequested, this,
         [this](const QRect &geometry) { emit resizeRequested(geometry.size()); });
+    connect(m_page, &WebPage::sizeAsked, this, &PageView::resizeRequested);
     connect(m_page, &QWebEnginePage::featurePermissionRequested, this,
         [this](const QUrl &origin, QWebEnginePage::Feature feature) {
             const Permission permission = permissionOf(feature);
@@ -190,6 +191,20 @@ void PageView::adopt(QWebEngineNewWindowRequest &request, bool keepOpener, const
         sever.setRunsOnSubFrames(false);
         m_page->scripts().insert(sever);
         m_page->runJavaScript(sever.sourceCode());
+        // Cut from its opener, the window is no longer one the engine lets a script size;
+        // the size it asks for comes through the console and the frame's rule instead.
+        QWebEngineScript sizer;
+        sizer.setName(QStringLiteral("size-through-program"));
+        sizer.setSourceCode(QStringLiteral(
+            "(() => { const ask = console.log.bind(console);"
+            " const size = (w, h) => ask('vantrell-size ' + Math.round(w) + ' ' + Math.round(h));"
+            " window.resizeTo = (w, h) => size(w, h);"
+            " window.resizeBy = (x, y) => size(innerWidth + x, innerHeight + y); })();"));
+        sizer.setInjectionPoint(QWebEngineScript::DocumentCreation);
+        sizer.setWorldId(QWebEngineScript::MainWorld);
+        sizer.setRunsOnSubFrames(false);
+        m_page->scripts().insert(sizer);
+        m_page->sizesThroughScript = true;
     }
     if (blank)
         QTimer::singleShot(0, this, [this, opener] { showWrittenPage(opener); });
