@@ -17,8 +17,8 @@ int main(int argc, char *argv[])
     const QStringList addresses = app.arguments().mid(1);
     QMainWindow window;
     const QRect screen = window.screen()->availableGeometry();
-    window.setGeometry(QStyle::alignedRect(
-        Qt::LeftToRight, Qt::AlignCenter, screen.size() * 0.8, screen));
+    window.setGeometry(
+        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, screen.size() * 0.8, screen));
     if (addresses.size() <= 1) {
         auto *view = new QWebEngineView(&window);
         view->load(QUrl(addresses.value(0)));
