@@ -122,6 +122,7 @@ private slots:
         QCOMPARE(requestedSince(before),
             QStringList(
                 {at("/web1") + u"?src=vt&q="_s + term, at("/web2") + u"?src=vt&s="_s + term}));
+        QCOMPARE(status(), uiText(2608).arg(2).arg(u"Grüße & mehr"_s));
 
         // Only the group chosen: nothing is checked there yet, then one engine is.
         tool()->groupFilter()->setCurrentIndex(tool()->groupFilter()->findText(u"Code"_s));
