@@ -1,5 +1,4 @@
-// The frame's menus kept in step: the tab strip's context menu (copies of menu
-// entries), and the checks and enabled states of every entry and its copies.
+// FrameMenus kept in step: the tab strip's context copies, checks and enabled states.
 #include "core/base/uitexts.h"
 #include "core/prefs/prefer.h"
 #include "ui/frame/framemenus.h"
