@@ -37,9 +37,8 @@ QIcon draw(bool secure)
 QIcon make(bool secure)
 {
     const QString theme = secure ? QStringLiteral("security-high") : QStringLiteral("security-low");
-    return SharedIcons::cached(theme, [&theme, secure] {
-        return QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme) : draw(secure);
-    });
+    return SharedIcons::themedOr(
+        theme, QStringLiteral("lock/") + theme, [secure] { return draw(secure); });
 }
 
 } // namespace LockIcon

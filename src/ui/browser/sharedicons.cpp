@@ -5,21 +5,20 @@
 
 namespace SharedIcons {
 
-QIcon cached(const QString &key, const std::function<QIcon()> &make)
+QIcon themedOr(const QString &theme, const QString &key, const std::function<QIcon()> &fallback)
 {
     static QHash<QString, QIcon> icons;
     auto found = icons.find(key);
     if (found == icons.end())
-        found = icons.insert(key, make());
+        found
+            = icons.insert(key, QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme) : fallback());
     return *found;
 }
 
 QIcon themed(const QString &theme, QStyle::StandardPixmap fallback)
 {
-    return cached(theme + u'/' + QString::number(int(fallback)), [&theme, fallback] {
-        return QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme)
-                                          : QApplication::style()->standardIcon(fallback);
-    });
+    return themedOr(theme, theme + u'/' + QString::number(int(fallback)),
+        [fallback] { return QApplication::style()->standardIcon(fallback); });
 }
 
 } // namespace SharedIcons

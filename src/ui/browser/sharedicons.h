@@ -9,8 +9,9 @@
 // window holds a reference to the same pictures instead of decoding its own.
 namespace SharedIcons {
 
-// The icon kept under this key, made by make() the first time it is asked for.
-QIcon cached(const QString &key, const std::function<QIcon()> &make);
+// The desktop theme's icon of this name, or what fallback() makes where the theme has
+// none. Kept under `key`, which names the fallback as well as the theme.
+QIcon themedOr(const QString &theme, const QString &key, const std::function<QIcon()> &fallback);
 
 // The desktop theme's icon of this name, or the style's standard picture where the
 // theme has none.

@@ -142,9 +142,8 @@ QIcon icon(const QString &key)
     const QString theme = QLatin1String(found->theme);
     if (!found->draw)
         return SharedIcons::themed(theme, found->standard);
-    return SharedIcons::cached(theme, [&theme, draw = found->draw] {
-        return QIcon::hasThemeIcon(theme) ? QIcon::fromTheme(theme) : drawn(draw);
-    });
+    return SharedIcons::themedOr(
+        theme, QStringLiteral("toolbar/") + key, [draw = found->draw] { return drawn(draw); });
 }
 
 } // namespace ToolbarIcons

@@ -36,8 +36,8 @@ frmBrowser *MDIForm1::CreateBrowser(BrowserKind kind, const QString &startAddres
 
     QMdiSubWindow *sub = m_mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setWindowIcon(SharedIcons::cached(QStringLiteral("text-html"),
-        [] { return QIcon::fromTheme(QStringLiteral("text-html"), QApplication::windowIcon()); }));
+    sub->setWindowIcon(SharedIcons::themedOr(QStringLiteral("text-html"),
+        QStringLiteral("window/text-html"), [] { return QApplication::windowIcon(); }));
     // The window menu's entry closes the active window; the keys of every window's own
     // close entry would make each press ambiguous, so that nothing closed.
     for (QAction *entry : sub->systemMenu()->actions())
